@@ -1,0 +1,11 @@
+// ZoConstructorDefault: the ZoConstructor that zero-fills the storage.
+#pragma once
+
+#include "base/ZoConstructor.h"
+#include "platform/ZoExport.h"
+
+class ZO_API ZoConstructorDefault : public ZoConstructor
+{
+public:
+    void Init(unsigned char* memory, uint32_t size) const override;
+};

@@ -1,0 +1,3 @@
+#include "base/ZoExceptionContainer.h"
+
+ZO_DEFINE_EXCEPTION_NAMED(ZoExceptionContainer)

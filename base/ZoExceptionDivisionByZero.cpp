@@ -1,0 +1,3 @@
+#include "base/ZoExceptionDivisionByZero.h"
+
+ZO_DEFINE_EXCEPTION_NAMED(ZoExceptionDivisionByZero)

@@ -1,0 +1,7 @@
+// ZoExceptionDivisionByZero: thrown for a division by zero detected by the caller (available to users).
+// Its report names it "ZoExceptionDivisionByZero".
+#pragma once
+
+#include "base/ZoException.h"
+
+ZO_DECLARE_EXCEPTION(ZoExceptionDivisionByZero);

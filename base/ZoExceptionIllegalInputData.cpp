@@ -1,0 +1,3 @@
+#include "base/ZoExceptionIllegalInputData.h"
+
+ZO_DEFINE_EXCEPTION_NAMED(ZoExceptionIllegalInputData)

@@ -1,0 +1,3 @@
+#include "base/ZoExceptionIllegalMemoryAccess.h"
+
+ZO_DEFINE_EXCEPTION_NAMED(ZoExceptionIllegalMemoryAccess)

@@ -1,0 +1,3 @@
+#include "base/ZoExceptionNoOutputData.h"
+
+ZO_DEFINE_EXCEPTION_NAMED(ZoExceptionNoOutputData)

@@ -1,0 +1,3 @@
+#include "base/ZoExceptionOutOfMemory.h"
+
+ZO_DEFINE_EXCEPTION_NAMED(ZoExceptionOutOfMemory)

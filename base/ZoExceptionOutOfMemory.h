@@ -1,0 +1,7 @@
+// ZoExceptionOutOfMemory: thrown for memory exhaustion detected by the caller (available to users).
+// Its report names it "ZoExceptionOutOfMemory".
+#pragma once
+
+#include "base/ZoException.h"
+
+ZO_DECLARE_EXCEPTION(ZoExceptionOutOfMemory);

@@ -1,0 +1,3 @@
+#include "base/ZoExceptionPostconditionViolation.h"
+
+ZO_DEFINE_EXCEPTION_NAMED(ZoExceptionPostconditionViolation)

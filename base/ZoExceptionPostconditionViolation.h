@@ -1,0 +1,7 @@
+// ZoExceptionPostconditionViolation: thrown for a broken postcondition (available to users).
+// Its report names it "ZoExceptionPostconditionViolation".
+#pragma once
+
+#include "base/ZoException.h"
+
+ZO_DECLARE_EXCEPTION(ZoExceptionPostconditionViolation);

@@ -1,0 +1,3 @@
+#include "base/ZoExceptionPreconditionViolation.h"
+
+ZO_DEFINE_EXCEPTION_NAMED(ZoExceptionPreconditionViolation)

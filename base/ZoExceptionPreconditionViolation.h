@@ -1,0 +1,8 @@
+// ZoExceptionPreconditionViolation: thrown for a caller that broke an operation's precondition (an invalid file mode, an
+// invalid probability-model parameter).
+// Its report names it "ZoExceptionPreconditionViolation".
+#pragma once
+
+#include "base/ZoException.h"
+
+ZO_DECLARE_EXCEPTION(ZoExceptionPreconditionViolation);

@@ -1,0 +1,3 @@
+#include "base/ZoExceptionStream.h"
+
+ZO_DEFINE_EXCEPTION(ZoExceptionStream)

@@ -1,0 +1,3 @@
+#include "base/ZoExceptionWrongFileVersion.h"
+
+ZO_DEFINE_EXCEPTION(ZoExceptionWrongFileVersion)

@@ -1,0 +1,233 @@
+// ZoMap<Key, Value, flags>: a chained hash map. The bucket table is a ZoArray of association
+// pointers (17 buckets unless chosen otherwise); associations come from a ZoPlexManager, so inserting
+// allocates no memory of its own most of the time. A new association goes to the front of its
+// bucket's chain and chains are searched from their head.
+//
+// Keys hash with ZoHashKey: strings as h = h * 33 + c over their UTF-16 code units (up to the first
+// NUL, modulo 2^32, from h = 0), unsigned integers and pointers as (key >> 4). The bucket is the hash
+// modulo the bucket count. Iteration visits buckets in order and each chain from its head.
+//
+// The bucket table is made on the first insertion (or at construction when asked) and released when
+// the last association is removed. Positions are opaque: a position is an association, null at the
+// end. Not synchronised.
+#pragma once
+
+#include "base/ZoArray.h"
+#include "base/ZoPlexManager.h"
+#include "base/ZoSmartPointer.h"
+#include "platform/CString.h"
+
+#include <cstdint>
+#include <new>
+#include <type_traits>
+
+inline uint32_t ZoHashKey(const CString& key)
+{
+    uint32_t hash = 0;
+    for (const char16_t* unit = key.GetString(); *unit != 0; ++unit)
+        hash = hash * 33u + *unit;
+    return hash;
+}
+
+template <class Key, std::enable_if_t<std::is_integral_v<Key> || std::is_enum_v<Key>, int> = 0>
+inline uint32_t ZoHashKey(Key key)
+{
+    return static_cast<uint32_t>(static_cast<uint64_t>(key) >> 4);
+}
+
+template <class Pointee>
+inline uint32_t ZoHashKey(Pointee* key)
+{
+    return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(key) >> 4);
+}
+
+template <class Key, class Value, int Flags = 0>
+class ZoMap
+{
+public:
+    struct SAssociation
+    {
+        SAssociation* next;
+        uint32_t bucketIndex;
+        Key key;
+        Value value;
+    };
+    typedef ZoPlexManager<SAssociation, 0, 0> PlexManager;
+    typedef void* Position;
+
+    static const uint32_t sc_uiDefaultBucketCount = 17;
+
+    // `createBuckets` makes the (cleared) bucket table at once instead of on the first insertion.
+    explicit ZoMap(uint32_t nodesPerBlock = 10, uint32_t bucketCount = sc_uiDefaultBucketCount, bool createBuckets = false)
+        : m_plexManager(new PlexManager(nodesPerBlock)), m_count(0), m_bucketCount(bucketCount == 0 ? 1 : bucketCount)
+    {
+        if (createBuckets)
+            createBucketTable();
+    }
+    ZoMap(const ZoMap& other) : ZoMap(other.m_plexManager->GetNodesPerBlock(), other.m_bucketCount)
+    {
+        for (Position position = other.GetStartPosition(); position != nullptr;) {
+            const SAssociation* association = other.nextAssociation(position);
+            (*this)[association->key] = association->value;
+        }
+    }
+    ZoMap& operator=(const ZoMap& other)
+    {
+        if (this != &other) {
+            RemoveAll();
+            for (Position position = other.GetStartPosition(); position != nullptr;) {
+                const SAssociation* association = other.nextAssociation(position);
+                (*this)[association->key] = association->value;
+            }
+        }
+        return *this;
+    }
+    ~ZoMap() { RemoveAll(); }
+
+    uint32_t GetCount() const { return m_count; }
+    bool IsEmpty() const { return m_count == 0; }
+    uint32_t GetHashTableSize() const { return m_bucketCount; }
+    bool HasHashTable() const { return m_buckets.GetCount() != 0; }
+    // Changes the bucket count; only while the map is empty (otherwise nothing happens).
+    void InitHashTable(uint32_t bucketCount, bool createNow = true)
+    {
+        if (m_count != 0 || bucketCount == 0)
+            return;
+        m_buckets.SetMemoryElementCount(0, 0);
+        m_bucketCount = bucketCount;
+        if (createNow)
+            createBucketTable();
+    }
+
+    // The value stored under `key`, or null. Never inserts.
+    Value* Find(const Key& key) const
+    {
+        SAssociation* association = findAssociation(key);
+        return association != nullptr ? &association->value : nullptr;
+    }
+    bool Lookup(const Key& key, Value& value) const
+    {
+        const Value* found = Find(key);
+        if (found == nullptr)
+            return false;
+        value = *found;
+        return true;
+    }
+    // The value under `key`, inserted default-constructed when absent.
+    Value& operator[](const Key& key)
+    {
+        if (SAssociation* association = findAssociation(key))
+            return association->value;
+        return insertAssociation(key)->value;
+    }
+    void SetAt(const Key& key, const Value& value) { (*this)[key] = value; }
+    // False when the key was absent. Removing the last association releases the bucket table.
+    bool RemoveKey(const Key& key)
+    {
+        if (!HasHashTable())
+            return false;
+        SAssociation** link = &m_buckets[bucketOf(key)];
+        for (SAssociation* association = *link; association != nullptr; association = association->next) {
+            if (association->key == key) {
+                *link = association->next;
+                freeAssociation(association);
+                if (--m_count == 0)
+                    m_buckets.SetMemoryElementCount(0, 0);
+                return true;
+            }
+            link = &association->next;
+        }
+        return false;
+    }
+    void RemoveAll()
+    {
+        for (uint32_t bucket = 0; bucket < m_buckets.GetCount(); ++bucket) {
+            SAssociation* association = m_buckets[bucket];
+            while (association != nullptr) {
+                SAssociation* next = association->next;
+                freeAssociation(association);
+                association = next;
+            }
+        }
+        m_count = 0;
+        m_buckets.SetMemoryElementCount(0, 0);
+    }
+
+    Position GetStartPosition() const { return firstFrom(0); }
+    // Requires: position is not null. Hands out the association's key and value and advances.
+    void GetNextAssoc(Position& position, Key& key, Value& value) const
+    {
+        const SAssociation* association = nextAssociation(position);
+        key = association->key;
+        value = association->value;
+    }
+    const ZoSmartPointer<PlexManager>& GetPlexManager() const { return m_plexManager; }
+
+private:
+    uint32_t bucketOf(const Key& key) const { return ZoHashKey(key) % m_bucketCount; }
+
+    void createBucketTable()
+    {
+        m_buckets.SetElementCount(m_bucketCount, 0);
+        m_buckets.Reset();
+    }
+    SAssociation* findAssociation(const Key& key) const
+    {
+        if (!HasHashTable())
+            return nullptr;
+        for (SAssociation* association = m_buckets[bucketOf(key)]; association != nullptr; association = association->next)
+            if (association->key == key)
+                return association;
+        return nullptr;
+    }
+    SAssociation* insertAssociation(const Key& key)
+    {
+        if (!HasHashTable())
+            createBucketTable();
+        SAssociation* association = m_plexManager->AllocateNode();
+        if (association == nullptr)
+            throw std::bad_alloc();
+        const uint32_t bucket = bucketOf(key);
+        try {
+            new (&association->key) Key(key);
+            try {
+                new (&association->value) Value();
+            } catch (...) {
+                association->key.~Key();
+                throw;
+            }
+        } catch (...) {
+            m_plexManager->FreeNode(association);
+            throw;
+        }
+        association->bucketIndex = bucket;
+        association->next = m_buckets[bucket];
+        m_buckets[bucket] = association;
+        ++m_count;
+        return association;
+    }
+    void freeAssociation(SAssociation* association)
+    {
+        association->value.~Value();
+        association->key.~Key();
+        m_plexManager->FreeNode(association);
+    }
+    Position firstFrom(uint32_t bucket) const
+    {
+        for (; bucket < m_buckets.GetCount(); ++bucket)
+            if (m_buckets[bucket] != nullptr)
+                return m_buckets[bucket];
+        return nullptr;
+    }
+    const SAssociation* nextAssociation(Position& position) const
+    {
+        const auto* association = static_cast<const SAssociation*>(position);
+        position = association->next != nullptr ? association->next : firstFrom(association->bucketIndex + 1);
+        return association;
+    }
+
+    ZoSmartPointer<PlexManager> m_plexManager;
+    ZoArray<SAssociation*, 0> m_buckets;
+    uint32_t m_count;
+    uint32_t m_bucketCount;
+};

@@ -1,0 +1,31 @@
+#include "base/ZoMemoryBlock.h"
+
+#include <cstdlib>
+
+ZoMemoryBlock::ZoMemoryBlock(size_t size) : m_data(static_cast<unsigned char*>(std::malloc(size == 0 ? 1 : size)))
+{
+}
+
+ZoMemoryBlock::ZoMemoryBlock(const ZoMemoryBlock& other) : ZoReferenceCountedClass<ZoMemoryBlock>(other), m_data(other.m_data)
+{
+}
+
+ZoMemoryBlock& ZoMemoryBlock::operator=(const ZoMemoryBlock& other)
+{
+    ZoReferenceCountedClass<ZoMemoryBlock>::operator=(other);
+    m_data = other.m_data;
+    return *this;
+}
+
+ZoMemoryBlock::~ZoMemoryBlock()
+{
+    std::free(m_data);
+}
+
+void ZoMemoryBlock::Reallocate(size_t size)
+{
+    void* moved = std::realloc(m_data, size == 0 ? 1 : size);
+    if (moved == nullptr)
+        std::free(m_data);
+    m_data = static_cast<unsigned char*>(moved);
+}

@@ -1,0 +1,42 @@
+// ZoRTTIRegistration: the process-wide type registry, mapping an exact class name to its descriptor
+// and its create and clone functions.
+//
+// A ZoMap of 17 buckets whose associations come from a node pool of 1000 per block. Registering a
+// name that is already present replaces its record and does not grow the count. Entries are never
+// removed. Registration happens while libraries load; afterwards the registry is only read, without
+// a lock.
+#pragma once
+
+#include "base/ZoMap.h"
+#include "base/ZoRTTI.h"
+#include "base/ZoSingleton.h"
+#include "platform/CString.h"
+#include "platform/ZoExport.h"
+
+#include <cstdint>
+
+class ZO_API ZoRTTIRegistration : public ZoSingleton<ZoRTTIRegistration>
+{
+public:
+    struct Registration
+    {
+        const ZoRTTI* rtti;
+        ZoRTTI::CreateFunction create;
+        ZoRTTI::CloneFunction clone;
+    };
+
+    // Inserts the name if absent, then overwrites its record.
+    void Register(const CString& name, const ZoRTTI* rtti, ZoRTTI::CreateFunction create, ZoRTTI::CloneFunction clone);
+    // The record registered under exactly this name, or null.
+    const Registration* Lookup(const CString& name) const;
+    uint32_t GetCount() const { return m_classes.GetCount(); }
+
+private:
+    friend class ZoSingleton<ZoRTTIRegistration>;
+    ZoRTTIRegistration();
+    ~ZoRTTIRegistration() override = default;
+
+    ZoMap<CString, Registration> m_classes;
+};
+
+extern template class ZO_INSTANCE_API ZoSingleton<ZoRTTIRegistration>;

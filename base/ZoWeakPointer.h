@@ -1,0 +1,39 @@
+// ZoWeakPointer<T>: watches a reference-counted object without owning it. Get() returns the object
+// while it lives and null once its last reference has been released.
+//
+// Not synchronised: a weak pointer and the death of its object must be ordered by the caller;
+// holders that share weak pointers across threads hold GetCriticalSectionWeakPointerBase().
+#pragma once
+
+#include "base/ZoReferenceCountedClass.h"
+
+template <class T>
+class ZoWeakPointer
+{
+public:
+    ZoWeakPointer() : m_record{nullptr, nullptr} {}
+    explicit ZoWeakPointer(T* object) : m_record{nullptr, nullptr} { Reset(object); }
+    ZoWeakPointer(const ZoWeakPointer& other) : m_record{nullptr, nullptr} { Reset(other.Get()); }
+    ZoWeakPointer& operator=(const ZoWeakPointer& other)
+    {
+        if (this != &other)
+            Reset(other.Get());
+        return *this;
+    }
+    ~ZoWeakPointer() { Reset(nullptr); }
+
+    // Stops watching the current object (if it still lives) and starts watching `object`.
+    void Reset(T* object)
+    {
+        if (T* current = Get())
+            current->UnregisterWeakPointer(&m_record);
+        m_record.object = object;
+        m_record.next = nullptr;
+        if (object != nullptr)
+            object->RegisterWeakPointer(&m_record);
+    }
+    T* Get() const { return static_cast<T*>(m_record.object); }
+
+private:
+    ZoWeakPointerRecord m_record;
+};

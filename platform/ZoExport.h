@@ -1,0 +1,21 @@
+// ZO_API marks what the shared library exports. The library is built with hidden symbols, so a
+// class or function that users call must carry it; everything else stays private to libzo / zo.dll.
+#pragma once
+
+#if defined(_WIN32)
+#  if defined(ZO_BUILDING_LIBRARY)
+#    define ZO_API __declspec(dllexport)
+#  else
+#    define ZO_API __declspec(dllimport)
+#  endif
+// Class templates are instantiated in the user's program too, so on Windows they are never marked
+// as a whole; the instantiations the library owns are exported one by one.
+#  define ZO_TEMPLATE_API
+// Marks the explicit instantiations (and their extern declarations) that the library exports.
+#  define ZO_INSTANCE_API ZO_API
+#else
+#  define ZO_API __attribute__((visibility("default")))
+// On ELF a template marked visible unifies its statics across the library and the program.
+#  define ZO_TEMPLATE_API __attribute__((visibility("default")))
+#  define ZO_INSTANCE_API
+#endif

@@ -1,0 +1,155 @@
+#include "base/ZoException.h"
+#include "base/ZoExceptionContainer.h"
+#include "base/ZoExceptionDivisionByZero.h"
+#include "base/ZoExceptionIllegalInputData.h"
+#include "base/ZoExceptionIllegalMemoryAccess.h"
+#include "base/ZoExceptionNoOutputData.h"
+#include "base/ZoExceptionOutOfMemory.h"
+#include "base/ZoExceptionPostconditionViolation.h"
+#include "base/ZoExceptionPreconditionViolation.h"
+#include "base/ZoExceptionStream.h"
+#include "base/ZoExceptionWrongFileVersion.h"
+#include "base/ZoLatestError.h"
+#include "platform/ZoOS.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+namespace {
+
+const char kFrame[] = "=============================================\n";
+
+// Exposes the protected report pieces the way an application's own subclass would use them.
+class ReportingException : public ZoException
+{
+public:
+    using ZoException::ZoException;
+    CString Header(int framed) const
+    {
+        CString text;
+        setMsgHeader(text, framed);
+        return text;
+    }
+    CString Footer(int framed) const
+    {
+        CString text;
+        setMsgFooter(text, framed);
+        return text;
+    }
+};
+
+template <class E>
+std::string traceOf(const E& e)
+{
+    return e.GetTraceString().ToUtf8();
+}
+
+TEST(ZoExceptionTest, StreamTraceIsFramedWithTheBaseName)
+{
+    try {
+        throw ZoExceptionStream(u"..\\base\\ZoStreamReadBinary.cpp", u"ZoStreamReadBinary", u"readStringLength", 346);
+    } catch (const ZoException& e) {
+        EXPECT_EQ(traceOf(e), std::string(kFrame) +
+                                  "EXCEPTION: ZoException\n"
+                                  "\n"
+                                  "   - Throwing class:\t\tZoStreamReadBinary\n"
+                                  "   - Throwing method:\treadStringLength\n"
+                                  "   - Code line:\t\t346\n");
+        EXPECT_EQ(e.Where().ToUtf8(), "..\\base\\ZoStreamReadBinary.cpp(346):");
+    }
+}
+
+TEST(ZoExceptionTest, EachSubclassNamesItselfExceptTheStreamAndVersionOnes)
+{
+    const CString f(u"f"), c(u"C"), m(u"m");
+    const std::pair<ZoException, const char*> cases[] = {
+        {ZoException(f, c, m, 1), "ZoException"},
+        {ZoExceptionStream(f, c, m, 1), "ZoException"},
+        {ZoExceptionWrongFileVersion(f, c, m, 1), "ZoException"},
+        {ZoExceptionContainer(f, c, m, 1), "ZoExceptionContainer"},
+        {ZoExceptionDivisionByZero(f, c, m, 1), "ZoExceptionDivisionByZero"},
+        {ZoExceptionIllegalInputData(f, c, m, 1), "ZoExceptionIllegalInputData"},
+        {ZoExceptionIllegalMemoryAccess(f, c, m, 1), "ZoExceptionIllegalMemoryAccess"},
+        {ZoExceptionNoOutputData(f, c, m, 1), "ZoExceptionNoOutputData"},
+        {ZoExceptionOutOfMemory(f, c, m, 1), "ZoExceptionOutOfMemory"},
+        {ZoExceptionPostconditionViolation(f, c, m, 1), "ZoExceptionPostconditionViolation"},
+        {ZoExceptionPreconditionViolation(f, c, m, 1), "ZoExceptionPreconditionViolation"},
+    };
+    for (const auto& [exception, name] : cases) {
+        EXPECT_EQ(exception.GetExceptionName().ToUtf8(), name);
+        EXPECT_EQ(traceOf(exception).substr(sizeof(kFrame) - 1, 11 + std::strlen(name) + 1),
+                  std::string("EXCEPTION: ") + name + "\n");
+        EXPECT_EQ(exception.GetExceptionType(), 0xFFFFFFFFu);
+    }
+}
+
+TEST(ZoExceptionTest, SubclassesAreCaughtByTheirOwnType)
+{
+    EXPECT_THROW(throw ZoExceptionWrongFileVersion(u"f", u"c", u"m", 2), ZoExceptionWrongFileVersion);
+    EXPECT_THROW(throw ZoExceptionPreconditionViolation(u"f", u"c", u"m", 2), ZoException);
+}
+
+TEST(ZoExceptionTest, HeaderOmitsWhatIsUnknown)
+{
+    const ReportingException e(u"", u"", u"", 0xFFFFFFFFu);
+    EXPECT_EQ(e.Header(1).ToUtf8(), std::string(kFrame) + "EXCEPTION: ZoException\n");
+    EXPECT_EQ(e.Header(0).ToUtf8(), "EXCEPTION: ZoException\n");
+    // An exception whose name was given empty says only that it is one.
+    const ReportingException unnamed(u"", u"", u"", 0xFFFFFFFFu, CString());
+    EXPECT_EQ(unnamed.Header(0).ToUtf8(), "ZoException\n");
+}
+
+TEST(ZoExceptionTest, FooterClosesAParenthesisItNeverOpenedWhenTheLineIsUnknown)
+{
+    EXPECT_EQ(ReportingException(u"a.cpp", u"", u"", 0xFFFFFFFFu).Footer(0).ToUtf8(), "a.cpp)\n");
+    EXPECT_EQ(ReportingException(u"a.cpp", u"", u"", 12).Footer(0).ToUtf8(), "a.cpp(12) : Stelle im Code\n");
+    EXPECT_EQ(ReportingException(u"a.cpp", u"", u"", 12).Footer(1).ToUtf8(),
+              "\na.cpp(12) : Stelle im Code\n" + std::string(kFrame));
+    EXPECT_EQ(ReportingException(u"", u"", u"", 12).Footer(1).ToUtf8(), kFrame);
+    EXPECT_EQ(ReportingException(u"", u"", u"", 12).Footer(0).ToUtf8(), "");
+}
+
+TEST(ZoExceptionTest, WhereUsesTheCompilerMessagePrefix)
+{
+    EXPECT_EQ(ZoException(u"a", u"", u"", 7).Where().ToUtf8(), "a(7):");
+    // An unknown line is the all-ones word printed with %d.
+    EXPECT_EQ(ZoException(u"a", u"", u"", 0xFFFFFFFFu).Where().ToUtf8(), "a(-1):");
+}
+
+TEST(ZoExceptionTest, TypedConstructorsKeepTheirCodeAndCopiesKeepEveryField)
+{
+    const ZoException typed(42, u"f.cpp", u"C", u"m", 9, u"Custom");
+    EXPECT_EQ(typed.GetExceptionType(), 42u);
+    ZoException copy(u"", u"", u"", 0);
+    copy = typed;
+    EXPECT_EQ(copy.GetExceptionName(), CString(u"Custom"));
+    EXPECT_EQ(copy.GetFileName(), CString(u"f.cpp"));
+    EXPECT_EQ(copy.GetThrowingClassName(), CString(u"C"));
+    EXPECT_EQ(copy.GetThrowingMethodName(), CString(u"m"));
+    EXPECT_EQ(copy.GetCodeLine(), 9u);
+    EXPECT_EQ(ZoException(7, u"f", u"c", u"m", 1).GetExceptionName(), CString(u"ZoException"));
+}
+
+TEST(ZoLatestErrorTest, CapturesTheNumberAndTheSystemText)
+{
+    ZoOS::SetLastErrorCode(0);
+    const ZoLatestError none;
+    EXPECT_FALSE(none.IsError());
+    EXPECT_EQ(none.GetLatestErrorNumber(), 0u);
+
+    const uint32_t code = ZoOS::GetErrorText(2).IsEmpty() ? 1 : 2;
+    ZoOS::SetLastErrorCode(code);
+    ZoLatestError error;
+    EXPECT_TRUE(error.IsError());
+    EXPECT_EQ(error.GetLatestErrorNumber(), code);
+    const CString& text = error.GetLatestErrorMessage();
+    ASSERT_GT(text.GetLength(), 1);
+    EXPECT_EQ(text[text.GetLength() - 1], u'\n');
+
+    ZoOS::SetLastErrorCode(0);
+    error.Update();
+    EXPECT_FALSE(error.IsError());
+}
+
+} // namespace

@@ -1,0 +1,126 @@
+#include "base/ZoMap.h"
+#include "base/ZoPlexManager.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+
+namespace {
+
+struct Node
+{
+    Node* next;
+    int payload;
+};
+
+TEST(ZoPlexManagerTest, HandsOutAFreshBlockLastNodeFirstAndReusesFreedNodes)
+{
+    ZoPlexManager<Node> manager(3);
+    Node* a = manager.AllocateNode();
+    Node* b = manager.AllocateNode();
+    Node* c = manager.AllocateNode();
+    EXPECT_EQ(manager.GetBlockCount(), 1u);
+    EXPECT_EQ(b + 1, a); // the block was pushed first to last, so it pops last to first
+    EXPECT_EQ(c + 1, b);
+    Node* d = manager.AllocateNode();
+    EXPECT_EQ(manager.GetBlockCount(), 2u);
+    manager.FreeNode(b);
+    EXPECT_EQ(manager.AllocateNode(), b);
+    manager.FreeNode(a);
+    manager.FreeNode(c);
+    manager.FreeNode(d);
+    EXPECT_EQ(manager.GetFreeNodeCount(), 2u + 3u);
+    EXPECT_EQ(manager.GetMemoryUsage(), sizeof(manager) + 2 * (16 + 3 * sizeof(Node)));
+    EXPECT_EQ(ZoPlexManager<Node>(0).AllocateNode(), nullptr);
+}
+
+TEST(ZoPlexManagerTest, MergeLeavesTheDonorEmpty)
+{
+    ZoSmartPointer<ZoPlexManager<Node>> receiver(new ZoPlexManager<Node>(2));
+    ZoSmartPointer<ZoPlexManager<Node>> donor(new ZoPlexManager<Node>(4));
+    Node* kept = receiver->AllocateNode();
+    Node* moved = donor->AllocateNode();
+    moved->payload = 77;
+    receiver->Merge(*donor);
+    EXPECT_EQ(donor->GetBlockCount(), 0u);
+    EXPECT_EQ(donor->GetFreeNodeCount(), 0u);
+    EXPECT_EQ(receiver->GetBlockCount(), 2u);
+    EXPECT_EQ(receiver->GetFreeNodeCount(), 1u + 3u);
+    donor = nullptr; // frees nothing that moved
+    EXPECT_EQ(moved->payload, 77);
+    receiver->FreeNode(moved);
+    receiver->FreeNode(kept);
+}
+
+TEST(ZoMapTest, StringKeysInsertLookUpAndRemove)
+{
+    ZoMap<CString, int> map;
+    EXPECT_FALSE(map.HasHashTable());
+    EXPECT_EQ(map.Find(u"absent"), nullptr);
+    map[u"one"] = 1;
+    map.SetAt(u"two", 2);
+    map[u"one"] = 11;
+    EXPECT_EQ(map.GetCount(), 2u);
+    EXPECT_EQ(map.GetHashTableSize(), 17u);
+    int value = 0;
+    EXPECT_TRUE(map.Lookup(u"one", value));
+    EXPECT_EQ(value, 11);
+    EXPECT_FALSE(map.Lookup(u"One", value));
+    EXPECT_FALSE(map.RemoveKey(u"three"));
+    EXPECT_TRUE(map.RemoveKey(u"one"));
+    EXPECT_TRUE(map.RemoveKey(u"two"));
+    // The bucket table goes with the last association and comes back with the next.
+    EXPECT_FALSE(map.HasHashTable());
+    map[u"again"] = 3;
+    EXPECT_TRUE(map.HasHashTable());
+    EXPECT_EQ(ZoHashKey(CString(u"ab")), 97u * 33u + 98u);
+}
+
+TEST(ZoMapTest, IterationVisitsBucketsInOrderAndChainsFromTheirHead)
+{
+    ZoMap<uint32_t, int> map;
+    // (key >> 4) % 17: 0x10 and 0x120 share bucket 1, where the newer one leads; 0x20 is in 2.
+    map[0x20] = 2;
+    map[0x10] = 1;
+    map[0x120] = 3;
+    std::vector<uint32_t> order;
+    for (ZoMap<uint32_t, int>::Position position = map.GetStartPosition(); position != nullptr;) {
+        uint32_t key;
+        int value;
+        map.GetNextAssoc(position, key, value);
+        order.push_back(key);
+    }
+    EXPECT_EQ(order, (std::vector<uint32_t>{0x120, 0x10, 0x20}));
+}
+
+TEST(ZoMapTest, RandomOperationsMatchAStdMapModel)
+{
+    const unsigned seed = std::random_device{}();
+    std::mt19937 random(seed);
+    ZoMap<uint32_t, uint32_t> map(4, 7);
+    std::map<uint32_t, uint32_t> model;
+    for (int step = 0; step < 5000; ++step) {
+        const uint32_t key = random() % 200;
+        if (random() % 3 == 0) {
+            EXPECT_EQ(map.RemoveKey(key), model.erase(key) == 1) << "seed " << seed;
+        } else {
+            map[key] = step;
+            model[key] = step;
+        }
+        ASSERT_EQ(map.GetCount(), model.size()) << "seed " << seed;
+    }
+    std::map<uint32_t, uint32_t> seen;
+    for (auto position = map.GetStartPosition(); position != nullptr;) {
+        uint32_t key, value;
+        map.GetNextAssoc(position, key, value);
+        EXPECT_TRUE(seen.emplace(key, value).second);
+    }
+    EXPECT_EQ(seen, model) << "seed " << seed;
+    ZoMap<uint32_t, uint32_t> copy(map);
+    EXPECT_EQ(copy.GetCount(), map.GetCount());
+    for (const auto& [key, value] : model)
+        EXPECT_EQ(*copy.Find(key), value);
+}
+
+} // namespace

@@ -1,0 +1,114 @@
+#include "platform/CString.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string fmt(const CString& s)
+{
+    return s.ToUtf8();
+}
+
+TEST(CStringTest, FormatReadsDirectivesAsTheWindowsRuntimeDoes)
+{
+    struct Case
+    {
+        CString actual;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {CString::Formatted(u"%s(%d):", CString(u"file.cpp"), 346), "file.cpp(346):"},
+        {CString::Formatted(u"%02d.%02d.%04d", 3, 7, 2024), "03.07.2024"},
+        {CString::Formatted(u"%d", 0xFFFFFFFFu), "-1"},
+        {CString::Formatted(u"%d", int64_t(0x100000005)), "5"},
+        {CString::Formatted(u"%ld", int64_t(-2)), "-2"},
+        {CString::Formatted(u"%u %x %X", -1, 255, 0xABCDu), "4294967295 ff ABCD"},
+        {CString::Formatted(u"%lld %I64d %llu", int64_t(-5000000000), int64_t(1) << 40, ~uint64_t(0)),
+         "-5000000000 1099511627776 18446744073709551615"},
+        {CString::Formatted(u"%f|%lf|%.2f|%8.3f|%-8.1f|", 1.5, 2.0, 3.14159, 2.5, 1.25), "1.500000|2.000000|3.14|   2.500|1.2     |"},
+        {CString::Formatted(u"%c%c", u'O', 'k'), "Ok"},
+        {CString::Formatted(u"%s|%s|%s|%5s|%-5s|%.2s", u"wide", "utf8 \xC3\xA4", std::string("std"), u"r", u"l", u"abc"),
+         "wide|utf8 \xC3\xA4|std|    r|l    |ab"},
+        {CString::Formatted(u"%p", reinterpret_cast<const void*>(uintptr_t(0xABC))), "0x0000000000000ABC"},
+        {CString::Formatted(u"100%% %+d % d %05d %-4d|", 5, 5, -42, 7), "100% +5  5 -0042 7   |"},
+        {CString::Formatted(u"%*d|%.*f", 4, 7, 1, 2.25), "   7|2.2"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(fmt(c.actual), c.expected);
+}
+
+TEST(CStringTest, FormatWritesUnmatchedDirectivesAsTheyStand)
+{
+    EXPECT_EQ(fmt(CString::Formatted(u"%d and %s")), "%d and %s");
+    EXPECT_EQ(fmt(CString::Formatted(u"%d and %s", 3)), "3 and %s");
+    // An argument the directive cannot print is not reinterpreted.
+    EXPECT_EQ(fmt(CString::Formatted(u"%s", 3)), "%s");
+    EXPECT_EQ(fmt(CString::Formatted(u"%d", 2.5)), "%d");
+    EXPECT_EQ(fmt(CString::Formatted(u"%q %", 1)), "%q %");
+    EXPECT_EQ(fmt(CString::Formatted(u"%99999d", 1)), "%99999d");
+    EXPECT_EQ(fmt(CString::Formatted(u"%s", static_cast<const char16_t*>(nullptr))), "(null)");
+    CString target(u"old");
+    target.Format(u"%d-%d", 1, 2);
+    EXPECT_EQ(fmt(target), "1-2");
+}
+
+TEST(CStringTest, Utf8RoundTripsAndRepairsBadInput)
+{
+    const std::string text = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80z"; // a, e-acute, euro, emoji, z
+    const CString decoded(text);
+    EXPECT_EQ(decoded.GetLength(), 6); // the emoji takes two code units
+    EXPECT_EQ(decoded[1], 0xE9);
+    EXPECT_EQ(decoded[2], 0x20AC);
+    EXPECT_EQ(decoded[3], 0xD83D);
+    EXPECT_EQ(decoded.ToUtf8(), text);
+
+    // Truncated, overlong, surrogate-encoding and stray continuation bytes each become U+FFFD.
+    const CString bad(std::string("x\xC3" "y\xC0\xAF" "\xED\xA0\x80" "\x80" "\xF0\x9F"));
+    EXPECT_EQ(bad.ToUtf8(), "x\xEF\xBF\xBDy\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
+    // A lone surrogate cannot be written as UTF-8 either.
+    EXPECT_EQ(CString(std::u16string(1, char16_t(0xD800))).ToUtf8(), "\xEF\xBF\xBD");
+}
+
+TEST(CStringTest, AnsiIsWindows1252BothWays)
+{
+    const char bytes[] = "A\x80\xE9\x9F\x81";
+    const CString text = CString::FromAnsi(bytes, 5);
+    EXPECT_EQ(text[1], 0x20AC);
+    EXPECT_EQ(text[2], 0xE9);
+    EXPECT_EQ(text[3], 0x178);
+    EXPECT_EQ(text[4], 0x81); // undefined in the code page, kept as the control of the same value
+    EXPECT_EQ(text.ToAnsi(), std::string(bytes, 5));
+    EXPECT_EQ(CString(u"\u4E2D!").ToAnsi(), "?!");
+}
+
+TEST(CStringTest, SlicingSearchAndCaseClampTheirArguments)
+{
+    const CString s(u"Hello, World");
+    EXPECT_EQ(s.Mid(7), CString(u"World"));
+    EXPECT_EQ(s.Mid(7, 100), CString(u"World"));
+    EXPECT_EQ(s.Mid(100), CString());
+    EXPECT_EQ(s.Mid(-3, 2), CString(u"He"));
+    EXPECT_EQ(s.Left(5), CString(u"Hello"));
+    EXPECT_EQ(s.Right(5), CString(u"World"));
+    EXPECT_EQ(s.Right(50), s);
+    EXPECT_EQ(s.Left(-1), CString());
+    EXPECT_EQ(s.Find(u'o'), 4);
+    EXPECT_EQ(s.Find(u'o', 5), 8);
+    EXPECT_EQ(s.Find(u'o', 99), -1);
+    EXPECT_EQ(s.Find(CString(u"World")), 7);
+    EXPECT_EQ(s.Find(CString(u"world")), -1);
+    EXPECT_EQ(s.ReverseFind(u'l'), 10);
+    CString upper(u"straße \u00e0\u00ff");
+    upper.MakeUpper();
+    EXPECT_EQ(upper, CString(u"STRAßE \u00c0\u0178"));
+    EXPECT_LT(CString(u"abc").Compare(CString(u"abd")), 0);
+    EXPECT_TRUE(CString(u"abc") < CString(u"abd"));
+    EXPECT_TRUE(CString(u"x") == u"x");
+    EXPECT_TRUE(u"x" == CString(u"x"));
+    CString joined = CString(u"a") + u"b" + CString(u"c") + u'd';
+    joined += u"e";
+    EXPECT_EQ(joined, CString(u"abcde"));
+    EXPECT_TRUE(CString(static_cast<const char16_t*>(nullptr)).IsEmpty());
+}
+
+} // namespace
