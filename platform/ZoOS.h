@@ -60,4 +60,88 @@ ZO_API uint32_t GetLockSpinCount(const LockStorage& lock);
 // undefined there.
 ZO_API void AssignLock(LockStorage& target, const LockStorage& source);
 
+// ---- files ------------------------------------------------------------------------------------
+typedef intptr_t FileHandle;
+const FileHandle sc_invalidFile = -1;
+
+enum EFileOpenFlags : uint32_t
+{
+    eFileRead = 0x1,
+    eFileWrite = 0x2,
+    eFileCreate = 0x4,   // create the file when it is missing
+    eFileTruncate = 0x8, // cut an existing file to length 0
+};
+enum ESeekOrigin
+{
+    eSeekBegin = 0,
+    eSeekCurrent = 1,
+    eSeekEnd = 2,
+};
+
+// sc_invalidFile on failure.
+ZO_API FileHandle OpenFileHandle(const CString& path, uint32_t flags);
+ZO_API bool CloseFileHandle(FileHandle file);
+// Bytes read (0 at the end of the file), or -1 on failure.
+ZO_API int64_t ReadFileBytes(FileHandle file, void* buffer, uint64_t size);
+// False unless every byte was written.
+ZO_API bool WriteFileBytes(FileHandle file, const void* buffer, uint64_t size);
+// The new position, or -1 on failure.
+ZO_API int64_t SeekFileHandle(FileHandle file, int64_t offset, ESeekOrigin origin);
+// The file's length in bytes, or -1 on failure.
+ZO_API int64_t GetFileHandleLength(FileHandle file);
+ZO_API bool FlushFileHandle(FileHandle file);
+
+// ---- paths and folders ------------------------------------------------------------------------
+// The separator the system's paths use: '/' on POSIX, '\\' on Windows.
+ZO_API char16_t GetPathSeparator();
+ZO_API bool PathExists(const CString& path);
+ZO_API bool IsDirectoryPath(const CString& path);
+// Creates one folder; its parent must exist.
+ZO_API bool CreateFolder(const CString& path);
+ZO_API bool DeleteFilePath(const CString& path);
+ZO_API bool CopyFilePath(const CString& source, const CString& target, bool failIfExists);
+
+// Well-known folders, each returned with a trailing separator; empty when the system has none.
+enum EKnownFolder
+{
+    eFolderTemporary,
+    eFolderDesktop,
+    eFolderProgramFiles,
+    eFolderDocuments,
+    eFolderLocalAppData,
+    eFolderFavorites,
+    eFolderStartup,
+    eFolderRecent,
+    eFolderSendTo,
+    eFolderCommonStartMenu,
+    eFolderFonts,
+    eFolderCurrent,
+};
+ZO_API CString GetKnownFolder(EKnownFolder folder);
+// The full path of the running executable; empty when it cannot be found.
+ZO_API CString GetExecutablePath();
+
+// ---- run-time loaded libraries ----------------------------------------------------------------
+typedef void* LibraryHandle;
+// Null on failure. The path is used as given (a relative path is relative to the current folder).
+ZO_API LibraryHandle LoadDynamicLibrary(const CString& path);
+// The entry exported under an ordinal (on ELF: the C symbol zo_ordinal_<n>), or null.
+ZO_API void* GetDynamicEntry(LibraryHandle library, uint32_t ordinal);
+// The entry exported under a name, or null.
+ZO_API void* GetDynamicEntry(LibraryHandle library, const char* name);
+ZO_API void FreeDynamicLibrary(LibraryHandle library);
+
+// ---- console, debug trace, messages -----------------------------------------------------------
+// Whether the process has a console to write to: on POSIX, standard output.
+ZO_API bool HasProcessConsole();
+ZO_API bool AttachParentConsole();
+ZO_API bool AllocateProcessConsole();
+ZO_API bool FreeProcessConsole();
+ZO_API bool WriteConsoleText(const CString& text);
+ZO_API bool SetConsoleTitleText(const CString& title);
+// The debugger's trace output: standard error on POSIX, OutputDebugStringW on Windows.
+ZO_API void WriteDebugTrace(const CString& text);
+// A message for the user: a message box on Windows, standard error on POSIX.
+ZO_API void ShowMessage(const CString& text, const CString& caption, uint32_t style);
+
 } // namespace ZoOS
