@@ -12,16 +12,41 @@
 // faults); the array itself throws nothing. The int results of the growing operations are 1 when
 // new storage was obtained and 0 otherwise. `keep` nonzero means that the elements in use survive
 // a change of storage.
+//
+// Only the byte array ZoArray<unsigned char, 0> serializes (a versioned form; the older form
+// without marker and version is still read). Reading checks every count against the data that
+// actually arrives, so a damaged count ends in an exception, never in a huge allocation.
 #pragma once
 
 #include "base/ZoArrayPolicyAlloc.h"
 #include "base/ZoMemoryBlock.h"
 #include "base/ZoSmartPointer.h"
+#include "base/ZoStreamReadBinary.h"
+#include "base/ZoStreamWrite.h"
+#include "base/ZoStreamWriteBinary.h"
+#include "platform/CString.h"
 #include "platform/ZoExport.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 #include <vector>
+
+// How ZoArray::Dump writes one element. Numbers, characters and strings go through the stream's own
+// operator; pointers are written as their address ("0x" and 16 upper-case digits). Element types of
+// other kinds get an overload of their own next to the type (found by argument-dependent lookup).
+template <class T, std::enable_if_t<!std::is_pointer_v<T>, int> = 0>
+void ZoDumpElement(ZoStreamWrite& stream, const T& value)
+{
+    stream << value;
+}
+
+template <class T>
+void ZoDumpElement(ZoStreamWrite& stream, T* value)
+{
+    stream << CString::Formatted(u"%p", static_cast<const void*>(value));
+}
 
 template <class T, int Policy = 0>
 class ZO_TEMPLATE_API ZoArray : public ZoArrayPolicyAlloc<Policy>
@@ -248,6 +273,25 @@ public:
     // always used, independent of the platform's object size).
     uint32_t GetMemoryUsage() const { return getElementSize() * m_count + 52; }
 
+    // Writes the elements in order, "," before every element but the first; nothing else (no
+    // brackets, no line break), so callers frame the list themselves.
+    void Dump(ZoStreamWrite& stream) const
+    {
+        for (uint32_t i = 0; i < m_count; ++i) {
+            if (i != 0)
+                stream << u",";
+            ZoDumpElement(stream, m_data[i]);
+        }
+    }
+
+    // The byte array's binary form: 0xFFFFFFFF (the marker of the versioned form), version record 1,
+    // the count, the element size 1, then the bytes. Reading also accepts the older form that starts
+    // with the count. Throws ZoExceptionWrongFileVersion for a newer version, an element size other
+    // than 1 or a count of 0xFFFFFFFF, and ZoExceptionStream when the data ends before the count says;
+    // the array may then hold a changed count. Only ZoArray<unsigned char, 0> provides these.
+    void Serialize(ZoStreamWriteBinary& stream) const;
+    void Serialize(ZoStreamReadBinary& stream);
+
 protected:
     ZoSmartPointer<ZoMemoryBlock> getMemoryBlock() const { return m_memoryBlock; }
 
@@ -319,10 +363,58 @@ protected:
         return std::vector<unsigned char>(bytes, bytes + getElementSize());
     }
 
+    // Makes the array `count` elements long (storage as SetElementCount(count, 0) leaves it) and
+    // fills them with raw bytes from the stream. Data that fits the present storage or 1 MiB is read
+    // in place; more is first collected in steps of at most what has already arrived, so that a
+    // damaged count meets the end of the data before anything near its claim is allocated. Returns
+    // false when the data ends early (the count may then have changed).
+    bool readElementBytes(ZoStreamReadBinary& stream, uint32_t count)
+    {
+        const size_t total = byteCount(count);
+        if (total <= byteCount(m_memoryCount) || total <= sc_readStepBytes) {
+            SetElementCount(count, 0);
+            if (total == 0)
+                return true;
+            return m_data != nullptr && stream.ReadBuffer(m_data, total) == total;
+        }
+        std::vector<unsigned char> collected;
+        while (collected.size() < total) {
+            const size_t arrived = collected.size();
+            const size_t wanted = std::min(total - arrived, std::max(arrived, sc_readStepBytes));
+            collected.resize(arrived + wanted);
+            if (stream.ReadBuffer(collected.data() + arrived, wanted) != wanted)
+                return false;
+        }
+        SetElementCount(count, 0);
+        if (m_data == nullptr)
+            return false;
+        std::memcpy(m_data, collected.data(), total);
+        return true;
+    }
+    static constexpr size_t sc_readStepBytes = size_t(1) << 20;
+
     T* m_data;
     uint32_t m_count;
     uint32_t m_memoryCount;
     ZoSmartPointer<ZoMemoryBlock> m_memoryBlock;
 };
 
-extern template class ZO_INSTANCE_API ZoArray<unsigned char, 0>;
+// Only the byte array serializes; these two are defined in ZoArray.cpp.
+template <>
+ZO_API void ZoArray<unsigned char, 0>::Serialize(ZoStreamWriteBinary& stream) const;
+template <>
+ZO_API void ZoArray<unsigned char, 0>::Serialize(ZoStreamReadBinary& stream);
+
+template <class T, int Policy>
+void ZoArray<T, Policy>::Serialize(ZoStreamWriteBinary&) const
+{
+    static_assert(sizeof(T) == 0, "only ZoArray<unsigned char, 0> has a binary form");
+}
+
+template <class T, int Policy>
+void ZoArray<T, Policy>::Serialize(ZoStreamReadBinary&)
+{
+    static_assert(sizeof(T) == 0, "only ZoArray<unsigned char, 0> has a binary form");
+}
+
+ZO_EXTERN_TEMPLATE(class ZoArray<unsigned char, 0>)

@@ -3,6 +3,9 @@
 // one (so an empty f is never set).
 #pragma once
 
+class ZoStreamRead;
+class ZoStreamWrite;
+
 #include "platform/ZoExport.h"
 
 #include <cstdint>
@@ -20,6 +23,10 @@ public:
     void RemoveFlags() { m_flags = 0; }
     bool IsFlagsSet(uint32_t flags) const { return (m_flags & flags) == flags; }
     bool IsOneFlagSet(uint32_t flags) const { return (m_flags & flags) != 0; }
+
+    // Reads or writes the word as an unsigned 32-bit value through the stream.
+    void Serialize(ZoStreamRead& stream);
+    void Serialize(ZoStreamWrite& stream) const;
 
 private:
     uint32_t m_flags;

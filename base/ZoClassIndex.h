@@ -1,6 +1,9 @@
 // ZoClassIndex: one 32-bit index stored beside objects by the serialization layer.
 #pragma once
 
+class ZoStreamRead;
+class ZoStreamWrite;
+
 #include "platform/ZoExport.h"
 
 #include <cstdint>
@@ -18,6 +21,10 @@ public:
 
     void SetIndex(uint32_t index) { m_index = index; }
     uint32_t GetIndex() const { return m_index; }
+
+    // Reads or writes the index as an unsigned 32-bit value through the stream.
+    void Serialize(ZoStreamRead& stream);
+    void Serialize(ZoStreamWrite& stream) const;
 
 private:
     uint32_t m_index;

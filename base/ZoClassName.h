@@ -1,6 +1,9 @@
 // ZoClassName: a class name as a small value, stored beside objects by the serialization layer.
 #pragma once
 
+class ZoStreamRead;
+class ZoStreamWrite;
+
 #include "platform/CString.h"
 #include "platform/ZoExport.h"
 
@@ -20,6 +23,10 @@ public:
     void SetName(const CString& name) { m_name = name; }
     const CString& GetName() const { return m_name; }
     operator const CString&() const { return m_name; }
+
+    // Reads or writes the name as one string through the stream.
+    void Serialize(ZoStreamRead& stream);
+    void Serialize(ZoStreamWrite& stream) const;
 
 private:
     CString m_name;

@@ -1,8 +1,18 @@
 #include "base/ZoRTTIRegistration.h"
 
-template class ZO_INSTANCE_API ZoSingleton<ZoRTTIRegistration>;
+template class ZoSingleton<ZoRTTIRegistration>;
 
 ZoRTTIRegistration::ZoRTTIRegistration() : m_classes(1000, 17, true) {}
+
+ZoRTTIRegistration& ZoRTTIRegistration::GetInstance()
+{
+    return ZoSingleton<ZoRTTIRegistration>::GetInstance();
+}
+
+bool ZoRTTIRegistration::HasInstance()
+{
+    return ZoSingleton<ZoRTTIRegistration>::HasInstance();
+}
 
 void ZoRTTIRegistration::Register(const CString& name, const ZoRTTI* rtti, ZoRTTI::CreateFunction create,
                                   ZoRTTI::CloneFunction clone)

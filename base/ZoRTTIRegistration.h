@@ -31,6 +31,11 @@ public:
     const Registration* Lookup(const CString& name) const;
     uint32_t GetCount() const { return m_classes.GetCount(); }
 
+    // The registry lives in the library: these hide ZoSingleton's accessors so that a program always
+    // reaches the library's one instance, even where template statics cannot be shared.
+    static ZoRTTIRegistration& GetInstance();
+    static bool HasInstance();
+
 private:
     friend class ZoSingleton<ZoRTTIRegistration>;
     ZoRTTIRegistration();
@@ -39,4 +44,4 @@ private:
     ZoMap<CString, Registration> m_classes;
 };
 
-extern template class ZO_INSTANCE_API ZoSingleton<ZoRTTIRegistration>;
+ZO_EXTERN_TEMPLATE(class ZoSingleton<ZoRTTIRegistration>)

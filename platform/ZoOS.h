@@ -11,6 +11,7 @@
 #include "platform/ZoWindowsTypes.h"
 
 #include <cstdint>
+#include <string>
 
 #if !defined(_WIN32)
 #  include <atomic>
@@ -59,6 +60,12 @@ ZO_API uint32_t GetLockSpinCount(const LockStorage& lock);
 // class has always done; POSIX copies the spin count only, since a mutex copied byte for byte is
 // undefined there.
 ZO_API void AssignLock(LockStorage& target, const LockStorage& source);
+
+// ---- text in the "ANSI" code page ------------------------------------------------------------
+// The thread's ANSI code page on Windows; Windows-1252 elsewhere, so files are the same on both.
+// Characters the code page lacks become '?'.
+ZO_API std::string WideToAnsi(const CString& text);
+ZO_API CString AnsiToWide(const char* bytes, size_t length);
 
 // ---- files ------------------------------------------------------------------------------------
 typedef intptr_t FileHandle;

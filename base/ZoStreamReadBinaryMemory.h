@@ -1,0 +1,28 @@
+// ZoStreamReadBinaryMemory: the binary encoding read from a copy of a byte buffer. Reading past the
+// end throws the same exceptions as a file stream that meets its end.
+#pragma once
+
+#include "base/ZoStreamReadBinary.h"
+#include "platform/ZoExport.h"
+
+#include <cstdint>
+#include <vector>
+
+class ZO_API ZoStreamReadBinaryMemory : public ZoStreamReadBinary
+{
+    ZO_DECLARE_RTTI()
+
+    ZoStreamReadBinaryMemory(const void* data, uint64_t size);
+    explicit ZoStreamReadBinaryMemory(std::vector<unsigned char> data);
+
+    uint64_t GetPosition() const { return m_position; }
+    uint64_t GetRemaining() const { return m_data.size() - m_position; }
+    void Rewind() { m_position = 0; }
+
+protected:
+    uint64_t read(void* buffer, uint64_t size) override;
+
+private:
+    std::vector<unsigned char> m_data;
+    uint64_t m_position = 0;
+};

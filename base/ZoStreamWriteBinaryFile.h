@@ -1,0 +1,58 @@
+// ZoStreamWriteBinaryFile: the binary encoding written to a file — plain, appended, or compressed
+// into the library's compressed archive format — or to a caller's CArchive.
+//
+// Compression 0 writes plain (mode eWrite), 1 plain as well (mode eWriteUncompressed), 2 compressed
+// (mode eWriteCompressed); an access mode other than 0 appends (mode eAppend) and cannot be combined
+// with compression (ZoExceptionPreconditionViolation, "openFile"). Opening failures throw
+// ZoExceptionStream ("openFile"), write failures ("write"). A compressed file is written when the
+// stream is closed or destroyed.
+#pragma once
+
+#include "base/ZoClassSerialization.h"
+#include "base/ZoStreamWriteBinary.h"
+#include "platform/CArchive.h"
+#include "platform/ZoExport.h"
+
+class ZO_API ZoStreamWriteBinaryFile : public ZoStreamWriteBinary
+{
+    ZO_DECLARE_RTTI()
+
+    enum ECompressionMode
+    {
+        eCompressionNone = 0,
+        eCompressionUncompressed = 1,
+        eCompressionZIP = 2,
+    };
+    enum EAccessMode
+    {
+        eAccessWrite = 0,
+        eAccessAppend = 1,
+    };
+
+    // Writes to the caller's archive, which must stay alive and stays the caller's.
+    explicit ZoStreamWriteBinaryFile(CArchive& archive);
+    ZoStreamWriteBinaryFile(const CString& fileName, ECompressionMode compression = eCompressionNone,
+                            EAccessMode access = eAccessWrite);
+    ZoStreamWriteBinaryFile(ZoClassSerialization::ESpecialDirectory directory, const CString& fileName,
+                            ECompressionMode compression = eCompressionNone, EAccessMode access = eAccessWrite);
+    // Releases an owned file (writing a compressed one); never throws, so call Close() to learn
+    // whether the final write succeeded.
+    ~ZoStreamWriteBinaryFile() override;
+    ZoStreamWriteBinaryFile(const ZoStreamWriteBinaryFile&) = delete;
+    ZoStreamWriteBinaryFile& operator=(const ZoStreamWriteBinaryFile&) = delete;
+
+    // Throws ZoExceptionStream ("Close") for a stream on a caller's archive, one already closed, or
+    // when the file could not be finished.
+    void Close();
+    CString GetFilename() const;
+    CArchive* GetArchive() const { return m_archive; }
+
+protected:
+    ZoStreamWriteBinaryFile& write(const void* buffer, uint64_t size) override;
+
+private:
+    void openFile(const CString& name, ECompressionMode compression, EAccessMode access);
+
+    int m_ownsArchive;
+    CArchive* m_archive;
+};

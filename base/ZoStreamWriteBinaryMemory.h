@@ -1,0 +1,28 @@
+// ZoStreamWriteBinaryMemory: the binary encoding written into a growable byte buffer in memory, for
+// serialising without files (tests, network messages, checksums). Writing never fails short of
+// memory exhaustion.
+#pragma once
+
+#include "base/ZoStreamWriteBinary.h"
+#include "platform/ZoExport.h"
+
+#include <cstdint>
+#include <vector>
+
+class ZO_API ZoStreamWriteBinaryMemory : public ZoStreamWriteBinary
+{
+    ZO_DECLARE_RTTI()
+
+    ZoStreamWriteBinaryMemory() = default;
+
+    const std::vector<unsigned char>& GetBuffer() const { return m_buffer; }
+    const unsigned char* GetData() const { return m_buffer.data(); }
+    uint64_t GetSize() const { return m_buffer.size(); }
+    void Empty() { m_buffer.clear(); }
+
+protected:
+    ZoStreamWriteBinaryMemory& write(const void* buffer, uint64_t size) override;
+
+private:
+    std::vector<unsigned char> m_buffer;
+};

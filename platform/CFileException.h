@@ -1,0 +1,49 @@
+// CFileException: what CFile and CMemFile throw when the system refuses a file operation. Thrown
+// by value; the library's own code catches it where its contract says so (the archive factory turns
+// it into a null result).
+#pragma once
+
+#include "platform/CString.h"
+#include "platform/ZoExport.h"
+
+#include <cstdint>
+
+class ZO_API CFileException
+{
+public:
+    enum ECause
+    {
+        none,
+        genericException,
+        fileNotFound,
+        badPath,
+        tooManyOpenFiles,
+        accessDenied,
+        invalidFile,
+        removeCurrentDir,
+        directoryFull,
+        badSeek,
+        hardIO,
+        sharingViolation,
+        lockViolation,
+        diskFull,
+        endOfFile,
+    };
+
+    CFileException(ECause cause = none, uint32_t osError = 0, const CString& fileName = CString())
+        : m_cause(cause), m_lOsError(osError), m_strFileName(fileName)
+    {
+    }
+
+    ECause GetCause() const { return m_cause; }
+    // The system's error number behind the failure (errno on POSIX, GetLastError on Windows).
+    uint32_t GetOsError() const { return m_lOsError; }
+    const CString& GetFileName() const { return m_strFileName; }
+    // A cause for a system error number.
+    static ECause CauseFromOsError(uint32_t osError);
+
+private:
+    ECause m_cause;
+    uint32_t m_lOsError;
+    CString m_strFileName;
+};

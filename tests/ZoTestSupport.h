@@ -1,0 +1,68 @@
+// Shared helpers for the test suites: scratch folders, whole-file reads and writes, hex dumps.
+#pragma once
+
+#include "platform/CString.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace zotest {
+
+// A fresh folder under the test temporary directory, removed with everything in it at the end of
+// the scope.
+class TempFolder
+{
+public:
+    TempFolder()
+    {
+        const testing::TestInfo* info = testing::UnitTest::GetInstance()->current_test_info();
+        std::string name = std::string("zo-") + (info != nullptr ? info->test_suite_name() + std::string("-") + info->name() : "test");
+        for (char& c : name)
+            if (c == '/')
+                c = '_';
+        m_path = std::filesystem::path(testing::TempDir()) / name;
+        std::filesystem::remove_all(m_path);
+        std::filesystem::create_directories(m_path);
+    }
+    ~TempFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    std::string Path(const std::string& name = "") const { return name.empty() ? m_path.string() : (m_path / name).string(); }
+    CString CPath(const std::string& name = "") const { return CString(Path(name)); }
+
+private:
+    std::filesystem::path m_path;
+};
+
+inline std::vector<unsigned char> ReadBytes(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::vector<unsigned char>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+inline void WriteBytes(const std::string& path, const std::vector<unsigned char>& bytes)
+{
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+inline std::vector<unsigned char> Bytes(std::initializer_list<int> values)
+{
+    std::vector<unsigned char> bytes;
+    for (int value : values)
+        bytes.push_back(static_cast<unsigned char>(value));
+    return bytes;
+}
+
+} // namespace zotest

@@ -1,0 +1,38 @@
+/* A stand-in for the diagnostics viewer's client library, built by the tests as
+ * libDiagnosticsClient.so / DiagnosticsClient.dll: the three entries the library looks up, and two
+ * more through which a test reads back what the trace entry received. */
+#include <stdint.h>
+
+#if defined(_WIN32)
+#  define STAND_IN_EXPORT __declspec(dllexport)
+#else
+#  define STAND_IN_EXPORT __attribute__((visibility("default")))
+#endif
+
+enum { kCapacity = 4096 };
+
+static uint16_t g_lastTrace[kCapacity + 1];
+static int g_traceCount;
+
+/* wchar_t on Windows, char16_t on Linux: 16-bit code units either way. */
+STAND_IN_EXPORT void SendDiagnosticsTraceW(const uint16_t* text)
+{
+    int length = 0;
+    for (; text[length] != 0 && length < kCapacity; ++length)
+        g_lastTrace[length] = text[length];
+    g_lastTrace[length] = 0;
+    ++g_traceCount;
+}
+
+STAND_IN_EXPORT void SendDiagnosticsTimerW(void) {}
+STAND_IN_EXPORT void SendDiagnosticsBitmapW(void) {}
+
+STAND_IN_EXPORT int StandInTraceCount(void)
+{
+    return g_traceCount;
+}
+
+STAND_IN_EXPORT const uint16_t* StandInLastTrace(void)
+{
+    return g_lastTrace;
+}

@@ -1,0 +1,238 @@
+// Binary file streams and the archive factory underneath them: plain, appended and compressed
+// files, byte for byte, and every failure with its exception.
+#include "base/ZoClassSerialization.h"
+#include "base/ZoExceptionPreconditionViolation.h"
+#include "base/ZoExceptionStream.h"
+#include "base/ZoStreamReadBinaryFile.h"
+#include "base/ZoStreamWriteBinaryFile.h"
+
+#include "ZoTestSupport.h"
+
+#include <zlib.h>
+
+#include <functional>
+#include <random>
+
+namespace {
+
+using zotest::Bytes;
+using Buffer = std::vector<unsigned char>;
+
+void expectStreamError(const std::function<void()>& action, const char* className, const char* method, uint32_t line)
+{
+    try {
+        action();
+        ADD_FAILURE() << "no exception from " << method;
+    } catch (const ZoExceptionStream& e) {
+        EXPECT_EQ(e.GetThrowingClassName().ToUtf8(), className);
+        EXPECT_EQ(e.GetThrowingMethodName().ToUtf8(), method);
+        EXPECT_EQ(e.GetCodeLine(), line);
+    }
+}
+
+Buffer header(uint32_t method, uint32_t length)
+{
+    const char magic[] = "Halvo AG, 2005, comp";
+    Buffer bytes(magic, magic + 20);
+    for (uint32_t value : {method, length})
+        for (int i = 0; i < 4; ++i)
+            bytes.push_back(static_cast<unsigned char>(value >> (8 * i)));
+    return bytes;
+}
+
+TEST(ZoStreamBinaryFileTest, PlainFilesHoldExactlyTheEncoding)
+{
+    zotest::TempFolder folder;
+    const CString path = folder.CPath("sub/dir/plain.bin"); // folders are made on the way
+    {
+        ZoStreamWriteBinaryFile out(path);
+        out << 0x01020304u << CString(u"abc");
+        EXPECT_EQ(out.GetFilename(), path);
+    }
+    EXPECT_EQ(zotest::ReadBytes(folder.Path("sub/dir/plain.bin")),
+              Bytes({4, 3, 2, 1, 0xFF, 0xFE, 0xFF, 0x03, 0x61, 0x00, 0x62, 0x00, 0x63, 0x00}));
+    // Compression 1 asks for the plain mode too: no header.
+    {
+        ZoStreamWriteBinaryFile out(path, ZoStreamWriteBinaryFile::eCompressionUncompressed);
+        out << 7;
+    }
+    EXPECT_EQ(zotest::ReadBytes(folder.Path("sub/dir/plain.bin")), Bytes({7, 0, 0, 0}));
+}
+
+TEST(ZoStreamBinaryFileTest, AppendingKeepsWhatWasThere)
+{
+    zotest::TempFolder folder;
+    const CString path = folder.CPath("log.bin");
+    for (int i = 0; i < 3; ++i) {
+        ZoStreamWriteBinaryFile out(path, ZoStreamWriteBinaryFile::eCompressionNone, ZoStreamWriteBinaryFile::eAccessAppend);
+        out << static_cast<unsigned char>(i);
+    }
+    EXPECT_EQ(zotest::ReadBytes(folder.Path("log.bin")), Bytes({0, 1, 2}));
+    EXPECT_THROW(ZoStreamWriteBinaryFile(path, ZoStreamWriteBinaryFile::eCompressionUncompressed,
+                                         ZoStreamWriteBinaryFile::eAccessAppend),
+                 ZoExceptionPreconditionViolation);
+}
+
+TEST(ZoStreamBinaryFileTest, CompressedFilesHaveTheHeaderAndAZlibPayload)
+{
+    zotest::TempFolder folder;
+    const CString path = folder.CPath("packed.bin");
+    std::vector<uint32_t> values(5000);
+    for (uint32_t i = 0; i < values.size(); ++i)
+        values[i] = i % 7;
+    {
+        ZoStreamWriteBinaryFile out(path, ZoStreamWriteBinaryFile::eCompressionZIP);
+        for (uint32_t value : values)
+            out << value;
+        out << CString(u"end");
+        out.Close();
+        EXPECT_THROW(out.Close(), ZoExceptionStream);
+    }
+    const Buffer file = zotest::ReadBytes(folder.Path("packed.bin"));
+    const uint32_t payload = 5000 * 4 + 10;
+    ASSERT_GT(file.size(), 28u);
+    EXPECT_EQ(Buffer(file.begin(), file.begin() + 28), header(2, payload));
+    EXPECT_LT(file.size(), payload / 10);
+    // The payload is a plain zlib stream of the encoding.
+    Buffer expanded(payload);
+    uLongf expandedLength = payload;
+    ASSERT_EQ(uncompress(expanded.data(), &expandedLength, file.data() + 28, static_cast<uLong>(file.size() - 28)), Z_OK);
+    EXPECT_EQ(expandedLength, payload);
+    EXPECT_EQ(Buffer(expanded.end() - 10, expanded.end()), Bytes({0xFF, 0xFE, 0xFF, 3, 'e', 0, 'n', 0, 'd', 0}));
+
+    ZoStreamReadBinaryFile in(path);
+    for (uint32_t expected : values) {
+        uint32_t value;
+        in >> value;
+        ASSERT_EQ(value, expected);
+    }
+    CString end;
+    in >> end;
+    EXPECT_EQ(end, CString(u"end"));
+    uint32_t beyond;
+    EXPECT_THROW(in >> beyond, ZoExceptionStream);
+}
+
+TEST(ZoStreamBinaryFileTest, AnEmptyCompressedFileIsAHeaderAndTheStreamOfNothing)
+{
+    zotest::TempFolder folder;
+    const CString path = folder.CPath("empty.bin");
+    ZoClassSerialization::ReleaseArchive(ZoClassSerialization::CreateArchive(path, ZoClassSerialization::eWriteCompressed));
+    const Buffer file = zotest::ReadBytes(folder.Path("empty.bin"));
+    Buffer emptyStream(16);
+    uLongf emptyLength = 16;
+    ASSERT_EQ(compress(emptyStream.data(), &emptyLength, nullptr, 0), Z_OK);
+    Buffer expected = header(2, 0);
+    expected.insert(expected.end(), emptyStream.begin(), emptyStream.begin() + emptyLength);
+    EXPECT_EQ(file, expected);
+    ZoStreamReadBinaryFile in(path);
+    unsigned char byte;
+    EXPECT_THROW(in >> byte, ZoExceptionStream);
+}
+
+TEST(ZoStreamBinaryFileTest, ShortOrUnmarkedFilesAndStoredArchivesReadFromTheFirstByte)
+{
+    zotest::TempFolder folder;
+    zotest::WriteBytes(folder.Path("short.bin"), Bytes({'H', 'a', 'l', 'v', 'o'}));
+    ZoStreamReadBinaryFile shortFile(folder.CPath("short.bin"));
+    unsigned char first;
+    shortFile >> first;
+    EXPECT_EQ(first, 'H');
+
+    // Method 0: the magic matches, yet the reader starts at the magic itself.
+    Buffer stored = header(0, 4);
+    stored.insert(stored.end(), {9, 9, 9, 9});
+    zotest::WriteBytes(folder.Path("stored.bin"), stored);
+    ZoStreamReadBinaryFile storedFile(folder.CPath("stored.bin"));
+    storedFile >> first;
+    EXPECT_EQ(first, 'H');
+
+    // An unknown method leaves nothing to read.
+    Buffer unknown = header(7, 4);
+    unknown.insert(unknown.end(), {1, 2, 3, 4});
+    zotest::WriteBytes(folder.Path("unknown.bin"), unknown);
+    ZoStreamReadBinaryFile unknownFile(folder.CPath("unknown.bin"));
+    EXPECT_THROW(unknownFile >> first, ZoExceptionStream);
+}
+
+TEST(ZoStreamBinaryFileTest, DamagedCompressedFilesNeverCrashOrAllocateWhatTheyClaim)
+{
+    zotest::TempFolder folder;
+    const std::string path = folder.Path("damaged.bin");
+    // A header claiming 4 GB for a few bytes of data is refused at opening.
+    Buffer greedy = header(2, 0xFFFFFFF0u);
+    greedy.insert(greedy.end(), {0x78, 0x9C, 1, 2, 3});
+    zotest::WriteBytes(path, greedy);
+    expectStreamError([&] { ZoStreamReadBinaryFile in{CString(path)}; }, "ZoStreamReadBinaryFile", "openFile", 118);
+
+    // Valid files cut at every length, and random damage, read as far as they can and then throw.
+    {
+        ZoStreamWriteBinaryFile out(CString(path), ZoStreamWriteBinaryFile::eCompressionZIP);
+        for (int i = 0; i < 200; ++i)
+            out << i << CString(u"value");
+    }
+    const Buffer good = zotest::ReadBytes(path);
+    const unsigned seed = std::random_device{}();
+    std::mt19937 random(seed);
+    for (size_t cut = 0; cut < good.size() + 20; cut += 1 + cut / 8) {
+        Buffer damaged(good.begin(), good.begin() + std::min(cut, good.size()));
+        if (cut > good.size())
+            for (size_t i = 0; i < 6; ++i)
+                damaged[28 + random() % (damaged.size() - 28)] ^= static_cast<unsigned char>(1 + random() % 255);
+        zotest::WriteBytes(path, damaged);
+        try {
+            ZoStreamReadBinaryFile in{CString(path)};
+            for (;;) {
+                int value;
+                CString text;
+                in >> value >> text;
+            }
+        } catch (const ZoExceptionStream&) {
+        } catch (...) {
+            FAIL() << "unexpected exception at cut " << cut << ", seed " << seed;
+        }
+    }
+}
+
+TEST(ZoStreamBinaryFileTest, OpeningAndClosingFailuresNameTheirSite)
+{
+    zotest::TempFolder folder;
+    expectStreamError([&] { ZoStreamReadBinaryFile in(folder.CPath("missing.bin")); }, "ZoStreamReadBinaryFile", "openFile", 118);
+    zotest::WriteBytes(folder.Path("blocker"), Bytes({1}));
+    expectStreamError([&] { ZoStreamWriteBinaryFile out(folder.CPath("blocker/inside.bin")); }, "ZoStreamWriteBinaryFile",
+                      "openFile", 167);
+
+    ZoStreamReadBinaryFile in(folder.CPath("blocker"));
+    in.Close();
+    EXPECT_EQ(in.GetFilename(), CString());
+    expectStreamError([&] { in.Close(); }, "ZoStreamReadBinaryFile", "Close", 96);
+    expectStreamError([&] { unsigned char byte; in >> byte; }, "ZoStreamReadBinaryFile", "read", 142);
+
+    ZoStreamWriteBinaryFile out(folder.CPath("closed.bin"));
+    out.Close();
+    // The writer's failure names the reader class, as logs of earlier releases do.
+    expectStreamError([&] { out << 1; }, "ZoStreamReadBinaryFile", "write", 190);
+}
+
+TEST(ZoStreamBinaryFileTest, StreamsOnACallersArchiveLeaveItToTheCaller)
+{
+    zotest::TempFolder folder;
+    CFile file(folder.CPath("shared.bin"), CFile::modeCreate | CFile::modeWrite);
+    {
+        CArchive archive(&file, CArchive::store);
+        ZoStreamWriteBinaryFile out(archive);
+        out << static_cast<short>(0x0102);
+        expectStreamError([&] { out.Close(); }, "ZoStreamWriteBinaryFile", "Close", 113);
+        archive.Close();
+    }
+    file.Close();
+    CFile readFile(folder.CPath("shared.bin"), CFile::modeRead);
+    CArchive readArchive(&readFile, CArchive::load);
+    ZoStreamReadBinaryFile in(readArchive);
+    short value = 0;
+    in >> value;
+    EXPECT_EQ(value, 0x0102);
+    expectStreamError([&] { in.Close(); }, "ZoStreamReadBinaryFile", "Close", 96);
+}
+
+} // namespace

@@ -1,0 +1,99 @@
+// Shared pieces of the codec tests: reproducible test data and a scratch current folder.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace CodecTest {
+
+typedef std::vector<unsigned char> Bytes;
+
+inline Bytes RandomBytes(size_t size, uint32_t seed)
+{
+    std::mt19937 generator(seed);
+    Bytes bytes(size);
+    for (unsigned char& byte : bytes)
+        byte = static_cast<unsigned char>(generator());
+    return bytes;
+}
+
+// Alternating 64 KB stretches of word salad (compresses well) and random bytes (does not), so a
+// round trip crosses both the codecs' match paths and their literal paths many times.
+inline Bytes MixedBytes(size_t size, uint32_t seed)
+{
+    static const char* const s_words[] = {"alpha ", "beta ", "gamma ", "delta ", "archive ", "stream ",
+                                          "codec ", "buffer ", "\n", "0123456789 "};
+    std::mt19937 generator(seed);
+    Bytes bytes;
+    bytes.reserve(size);
+    const size_t stretch = 64 * 1024;
+    while (bytes.size() < size) {
+        const size_t end = std::min(size, bytes.size() + stretch);
+        const bool random = (bytes.size() / stretch) % 2 == 1;
+        while (bytes.size() < end) {
+            if (random) {
+                bytes.push_back(static_cast<unsigned char>(generator()));
+                continue;
+            }
+            for (const char* word = s_words[generator() % 10]; *word != 0 && bytes.size() < end; ++word)
+                bytes.push_back(static_cast<unsigned char>(*word));
+        }
+    }
+    return bytes;
+}
+
+inline Bytes Copy(const unsigned char* data, uint64_t size)
+{
+    return data == nullptr ? Bytes() : Bytes(data, data + size);
+}
+
+// Makes a fresh empty folder the current one for its lifetime, then restores the old one and
+// removes the folder. The LZMA classes load their codec from the current folder.
+class ScopedCurrentFolder
+{
+public:
+    ScopedCurrentFolder() : m_previous(std::filesystem::current_path())
+    {
+        std::random_device entropy;
+        m_folder = std::filesystem::temp_directory_path() / ("zo-codec-test-" + std::to_string(entropy()));
+        std::filesystem::create_directories(m_folder);
+        std::filesystem::current_path(m_folder);
+    }
+    ~ScopedCurrentFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::current_path(m_previous, ignored);
+        std::filesystem::remove_all(m_folder, ignored);
+    }
+    ScopedCurrentFolder(const ScopedCurrentFolder&) = delete;
+    ScopedCurrentFolder& operator=(const ScopedCurrentFolder&) = delete;
+
+    const std::filesystem::path& Folder() const { return m_folder; }
+
+private:
+    std::filesystem::path m_previous;
+    std::filesystem::path m_folder;
+};
+
+// The file of a shared library the process has loaded whose name contains `fragment`; empty when
+// none is found or the system does not list them (/proc/self/maps is Linux's list).
+inline std::string LoadedLibraryPath(const std::string& fragment)
+{
+    std::ifstream maps("/proc/self/maps");
+    std::string line;
+    while (std::getline(maps, line)) {
+        const size_t slash = line.find('/');
+        if (slash != std::string::npos && line.find(fragment, slash) != std::string::npos)
+            return line.substr(slash);
+    }
+    return std::string();
+}
+
+} // namespace CodecTest
