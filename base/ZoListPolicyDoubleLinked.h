@@ -74,10 +74,11 @@ public:
     }
     // Splices all of `other`'s nodes before the head; `other` ends empty.
     void MoveToHead(ZoListPolicyDoubleLinked& other) { this->spliceAfter(nullptr, other); }
-    // Moves the single node `node` of this list to just after `position`.
+    // Moves the single node `node` of this list to just after `position`. In a ring, moving the
+    // head after the tail makes it the tail, as in an open list.
     void MoveToAfter(Position position, Position node)
     {
-        if (node == position || this->toNode(position)->next == node)
+        if (node == position || (position != this->m_tail && this->toNode(position)->next == node))
             return;
         typename Base::OpenRing ring(*this);
         this->unlinkRun(this->toNode(node), this->toNode(node));

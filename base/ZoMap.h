@@ -16,6 +16,7 @@
 #include "base/ZoPlexManager.h"
 #include "base/ZoSmartPointer.h"
 #include "platform/CString.h"
+#include "platform/ZoExport.h"
 
 #include <cstdint>
 #include <new>
@@ -42,7 +43,7 @@ inline uint32_t ZoHashKey(Pointee* key)
 }
 
 template <class Key, class Value, int Flags = 0>
-class ZoMap
+class ZO_TEMPLATE_API ZoMap
 {
 public:
     struct SAssociation

@@ -1,7 +1,12 @@
 # Runs a GoogleTest program under the cross-compiling emulator and judges it by its XML report:
 # the emulator may pass on only part of the exit code.
+# The program may not understand the host's absolute paths, so the report goes to a name relative
+# to the working folder.
+get_filename_component(reportName "${REPORT}" NAME)
+get_filename_component(reportFolder "${REPORT}" DIRECTORY)
 file(REMOVE "${REPORT}")
-execute_process(COMMAND ${EMULATOR} "${EXECUTABLE}" "--gtest_output=xml:${REPORT}" RESULT_VARIABLE result)
+execute_process(COMMAND ${EMULATOR} "${EXECUTABLE}" "--gtest_output=xml:${reportName}" RESULT_VARIABLE result
+  WORKING_DIRECTORY "${reportFolder}")
 if(NOT EXISTS "${REPORT}")
   message(FATAL_ERROR "no test report was written (exit code ${result})")
 endif()

@@ -12,6 +12,12 @@
 #include <string>
 #include <vector>
 
+#if defined(_WIN32)
+#include <process.h>
+#else
+#include <unistd.h>
+#endif
+
 namespace zotest {
 
 // A fresh folder under the test temporary directory, removed with everything in it at the end of
@@ -23,10 +29,12 @@ public:
     {
         const testing::TestInfo* info = testing::UnitTest::GetInstance()->current_test_info();
         std::string name = std::string("zo-") + (info != nullptr ? info->test_suite_name() + std::string("-") + info->name() : "test");
+        // Two builds may run the same test at once: the process id keeps their folders apart.
+        name += "-" + std::to_string(currentProcessId());
         for (char& c : name)
             if (c == '/')
                 c = '_';
-        m_path = std::filesystem::path(testing::TempDir()) / name;
+        m_path = (std::filesystem::path(testing::TempDir()) / name).make_preferred();
         std::filesystem::remove_all(m_path);
         std::filesystem::create_directories(m_path);
     }
@@ -38,10 +46,23 @@ public:
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
-    std::string Path(const std::string& name = "") const { return name.empty() ? m_path.string() : (m_path / name).string(); }
+    // `name` may use '/' between folders; the result uses the system's separator.
+    std::string Path(const std::string& name = "") const
+    {
+        return name.empty() ? m_path.string() : (m_path / std::filesystem::path(name).make_preferred()).string();
+    }
     CString CPath(const std::string& name = "") const { return CString(Path(name)); }
 
 private:
+    static unsigned long currentProcessId()
+    {
+#if defined(_WIN32)
+        return static_cast<unsigned long>(_getpid());
+#else
+        return static_cast<unsigned long>(getpid());
+#endif
+    }
+
     std::filesystem::path m_path;
 };
 

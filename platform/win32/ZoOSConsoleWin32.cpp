@@ -8,14 +8,15 @@ bool HasProcessConsole()
     return ::GetConsoleWindow() != nullptr;
 }
 
+// A console program already has its console; attaching or allocating then counts as done.
 bool AttachParentConsole()
 {
-    return ::AttachConsole(ATTACH_PARENT_PROCESS) != 0;
+    return ::GetConsoleWindow() != nullptr || ::AttachConsole(ATTACH_PARENT_PROCESS) != 0;
 }
 
 bool AllocateProcessConsole()
 {
-    return ::AllocConsole() != 0;
+    return ::GetConsoleWindow() != nullptr || ::AllocConsole() != 0;
 }
 
 bool FreeProcessConsole()

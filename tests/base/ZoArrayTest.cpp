@@ -1,11 +1,25 @@
 #include "base/ZoArray.h"
+#include "base/ZoArrayDynamicSize.h"
+#include "base/ZoArrayManaged.h"
+#include "base/ZoArrayOfLists.h"
+#include "base/ZoExceptionStream.h"
+#include "base/ZoExceptionWrongFileVersion.h"
+#include "base/ZoStreamReadBinaryMemory.h"
+#include "base/ZoStreamWriteASCIIString.h"
+#include "base/ZoStreamWriteBinaryMemory.h"
+#include "ZoCountedElement.h"
+#include "ZoTestSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
 namespace {
+
+using zotest::Bytes;
+using zotest::Counted;
 
 template <class T, int P>
 std::vector<T> contents(const ZoArray<T, P>& array)
@@ -24,6 +38,7 @@ TEST(ZoArrayTest, GrowthFollowsThePolicy)
     }
     EXPECT_EQ(byConstant.GetCount(), 11u);
     EXPECT_EQ(byConstant.GetMemoryElementCount(), 20u);
+    EXPECT_EQ(capacities, (std::vector<uint32_t>{10, 10, 10, 10, 10, 10, 10, 10, 10, 10, 20}));
 
     ZoArray<unsigned char, 1> doubling;
     std::vector<uint32_t> seen;
@@ -180,6 +195,415 @@ TEST(ZoArrayTest, RandomOperationsMatchAVectorModel)
         ASSERT_EQ(contents(array), model) << "seed " << seed << " step " << step;
         ASSERT_LE(array.GetCount(), array.GetMemoryElementCount());
     }
+}
+
+} // namespace
+
+namespace {
+
+template <class T, int P>
+std::vector<int> values(const ZoArray<T, P>& array)
+{
+    std::vector<int> result;
+    for (uint32_t i = 0; i < array.GetCount(); ++i)
+        result.push_back(array[i].Value());
+    return result;
+}
+
+std::vector<unsigned char> serialized(const ZoArray<unsigned char, 0>& array)
+{
+    ZoStreamWriteBinaryMemory out;
+    array.Serialize(out);
+    return out.GetBuffer();
+}
+
+TEST(ZoArrayTest, PlainArraysMoveElementsAsBytesWithoutRunningElementCode)
+{
+    Counted::ResetCounts();
+    {
+        const Counted seven(7), eight(8);
+        Counted::ResetCounts();
+        ZoArray<Counted, 0> array;
+        for (int i = 0; i < 25; ++i)
+            array.Add(i % 2 ? seven : eight);
+        array.InsertBefore(3u, seven, 1, 1);
+        array.InsertAfter(0u, eight, 1, 1);
+        array.Remove(5);
+        array.Add(array[0]);
+        array.Reverse();
+        array.Rotate(-4);
+        array.SetElementCount(60, 1);
+        array.SetMemoryElementCount(80, 1);
+        ZoArray<Counted, 0> copy(array);
+        copy = array;
+        copy.Add(array);
+        copy.Reset(seven);
+        EXPECT_TRUE(copy.Exists(seven));
+        array.RemoveAll();
+        EXPECT_EQ(Counted::counts().Constructions(), 0);
+        EXPECT_EQ(Counted::counts().assignments, 0);
+        EXPECT_EQ(Counted::counts().destructions, 0);
+    }
+}
+
+TEST(ZoArrayTest, ByteArraySerializesInTheVersionedFormAndReadsTheOlderOne)
+{
+    const ZoArray<unsigned char, 0> three(3, static_cast<unsigned char>(0xA1), static_cast<unsigned char>(0xB2),
+                                          static_cast<unsigned char>(0xC3));
+    const std::vector<unsigned char> bytes = serialized(three);
+    EXPECT_EQ(bytes, Bytes({0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 3, 0, 0, 0, 1, 0, 0, 0, 0xA1, 0xB2, 0xC3}));
+
+    ZoArray<unsigned char, 0> read(7);
+    ZoStreamReadBinaryMemory in(bytes);
+    read.Serialize(in);
+    EXPECT_TRUE(read == three);
+    EXPECT_EQ(in.GetRemaining(), 0u);
+
+    ZoArray<unsigned char, 0> older;
+    ZoStreamReadBinaryMemory olderIn(Bytes({3, 0, 0, 0, 1, 0, 0, 0, 0xA1, 0xB2, 0xC3}));
+    older.Serialize(olderIn);
+    EXPECT_TRUE(older == three);
+
+    ZoArray<unsigned char, 0> empty(4), fromEmpty(9);
+    empty.SetElementCount(0);
+    ZoStreamReadBinaryMemory emptyIn(serialized(empty));
+    fromEmpty.Serialize(emptyIn);
+    EXPECT_EQ(fromEmpty.GetCount(), 0u);
+
+    // A large array takes the path that collects the data before allocating.
+    ZoArray<unsigned char, 0> large(3u << 20);
+    for (uint32_t i = 0; i < large.GetCount(); ++i)
+        large[i] = static_cast<unsigned char>(i * 7);
+    ZoArray<unsigned char, 0> largeRead;
+    ZoStreamReadBinaryMemory largeIn(serialized(large));
+    largeRead.Serialize(largeIn);
+    EXPECT_TRUE(largeRead == large);
+    EXPECT_EQ(largeRead.GetMemoryElementCount(), large.GetCount());
+}
+
+TEST(ZoArrayTest, DamagedSerializedByteArraysThrowTheLibrarysExceptions)
+{
+    auto readFrom = [](const std::vector<unsigned char>& bytes) {
+        ZoArray<unsigned char, 0> array;
+        ZoStreamReadBinaryMemory in(bytes);
+        array.Serialize(in);
+        return array.GetMemoryElementCount();
+    };
+    try {
+        readFrom(Bytes({0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 3, 0, 0, 0, 2, 0, 0, 0, 1, 2, 3, 4, 5, 6}));
+        ADD_FAILURE() << "an element size of 2 was accepted";
+    } catch (const ZoExceptionWrongFileVersion& e) {
+        EXPECT_EQ(e.GetCodeLine(), 541u);
+        EXPECT_EQ(e.GetThrowingClassName(), CString(u"ZoArray"));
+        EXPECT_EQ(e.GetThrowingMethodName(), CString(u"Serialize"));
+        EXPECT_EQ(e.GetFileName(), CString(u"..\\base\\ZoArray.h"));
+    }
+    // The versioned form with a count of 0xFFFFFFFF, and a version newer than the reader.
+    EXPECT_THROW(readFrom(Bytes({0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0})),
+                 ZoExceptionWrongFileVersion);
+    EXPECT_THROW(readFrom(Bytes({0xFF, 0xFF, 0xFF, 0xFF, 2, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0})), ZoExceptionWrongFileVersion);
+    // A count far beyond the data ends in the stream exception, and the array never held more than
+    // a small multiple of what was there.
+    ZoArray<unsigned char, 0> damaged;
+    ZoStreamReadBinaryMemory hugeCount(Bytes({0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 0xF0, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 1, 2, 3}));
+    EXPECT_THROW(damaged.Serialize(hugeCount), ZoExceptionStream);
+    EXPECT_LE(damaged.GetMemoryElementCount(), 1u << 20);
+    // Every truncation of a valid array ends in one of the library's exceptions.
+    ZoArray<unsigned char, 0> source(40);
+    for (uint32_t i = 0; i < 40; ++i)
+        source[i] = static_cast<unsigned char>(i);
+    const std::vector<unsigned char> whole = serialized(source);
+    for (size_t length = 0; length < whole.size(); ++length) {
+        const std::vector<unsigned char> cut(whole.begin(), whole.begin() + static_cast<long>(length));
+        EXPECT_THROW(readFrom(cut), ZoException) << "length " << length;
+    }
+}
+
+TEST(ZoArrayTest, DumpSeparatesElementsWithCommasOnly)
+{
+    ZoStreamWriteASCIIString text;
+    ZoArray<unsigned char, 0>(3, static_cast<unsigned char>(1), static_cast<unsigned char>(20), static_cast<unsigned char>(255))
+        .Dump(text);
+    EXPECT_EQ(text.GetText(), CString(u"1,20,255"));
+    text.Empty();
+    ZoArray<uint32_t, 0>().Dump(text);
+    ZoArray<float, 1>(1, 0.5f).Dump(text);
+    EXPECT_EQ(text.GetText(), CString(u"0.500000"));
+    text.Empty();
+    int target = 0;
+    ZoArray<int*, 0>(2, &target, static_cast<int*>(nullptr)).Dump(text);
+    EXPECT_EQ(text.GetText(), CString::Formatted(u"%p", static_cast<const void*>(&target)) + CString(u",0x0000000000000000"));
+}
+
+TEST(ZoArrayTest, ManagedArraysConstructCopyAndDestroyEveryElementExactlyOnce)
+{
+    Counted::ResetCounts();
+    {
+        ZoArrayManaged<Counted, 1> array(3);
+        EXPECT_EQ(Counted::counts().defaults, 3);
+        EXPECT_EQ(array.GetMemoryElementCount(), 3u);
+        for (int i = 0; i < 10; ++i)
+            EXPECT_EQ(array.Add(Counted(i)), i == 0 || i == 3 || i == 9 ? 1 : 0) << i; // 3 -> 6 -> 12 -> 24
+        EXPECT_EQ(Counted::counts().Live(), 13);
+        array.InsertBefore(0u, Counted(-1), 1, 1);
+        array.InsertBefore(2u, 1, 1); // a default element in the hole
+        array.Remove(5);
+        array.Add(array[0]); // an element of the array itself survives the growth
+        EXPECT_EQ(values(array), (std::vector<int>{-1, 0, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, -1}));
+        EXPECT_EQ(Counted::counts().Live(), static_cast<int>(array.GetCount()));
+
+        array.SetElementCount(4, 1);
+        EXPECT_EQ(Counted::counts().Live(), 4);
+        EXPECT_EQ(array.SetMemoryElementCount(2, 1), 1); // never below the elements in use
+        EXPECT_EQ(array.GetMemoryElementCount(), 4u);
+        EXPECT_EQ(values(array), (std::vector<int>{-1, 0, 0, 0}));
+        array.SetMemoryElementCount(2, 0); // without keep the survivors start afresh
+        EXPECT_EQ(values(array), (std::vector<int>{0, 0}));
+        array.SetElementCount(5, 1);
+        for (uint32_t i = 0; i < 5; ++i)
+            array[i] = Counted(static_cast<int>(i));
+
+        ZoArrayManaged<Counted, 1> copy(array);
+        copy.Rotate(1);
+        copy.Reverse();
+        copy.Add(copy);
+        EXPECT_EQ(values(copy), (std::vector<int>{3, 2, 1, 0, 4, 3, 2, 1, 0, 4}));
+        ZoArrayManaged<Counted, 1> assigned(20);
+        assigned = copy;
+        EXPECT_TRUE(assigned == copy);
+        EXPECT_EQ(assigned.GetMemoryElementCount(), 10u);
+        assigned.Reset(Counted(4));
+        EXPECT_EQ(values(assigned), std::vector<int>(10, 4));
+        assigned.Reset();
+        EXPECT_EQ(values(assigned), std::vector<int>(10, 0));
+        assigned.RemoveAll();
+        EXPECT_EQ(Counted::counts().Live(), 5 + 10);
+    }
+    EXPECT_EQ(Counted::counts().Live(), 0);
+}
+
+TEST(ZoArrayTest, ArraysOfListsDrawEveryNodeFromOnePool)
+{
+    Counted::ResetCounts();
+    {
+        ZoArrayOfLists<Counted, 0x21, 0> lists(3, 4);
+        const auto pool = lists.GetPlexManager();
+        for (uint32_t i = 0; i < 3; ++i)
+            for (int k = 0; k < 3; ++k)
+                lists[i].AddTail(Counted(static_cast<int>(i) * 10 + k));
+        EXPECT_EQ(pool->GetBlockCount(), 3u); // 9 nodes at 4 per block: shared, not one block per list
+        // Growth moves the lists into new storage; they keep their nodes and the pool.
+        for (int i = 0; i < 30; ++i)
+            lists.Add(lists[0]);
+        lists.InsertBefore(1u, 1, 1);
+        EXPECT_EQ(lists.GetCount(), 34u);
+        for (uint32_t i = 0; i < lists.GetCount(); ++i)
+            EXPECT_EQ(lists[i].GetPlexManager(), pool) << i;
+        EXPECT_TRUE(lists[1].IsEmpty());
+        EXPECT_EQ(lists[33].GetTail().Value(), 2);
+        // Splicing between lists of one pool relinks nodes and merges nothing.
+        const uint32_t blocks = pool->GetBlockCount();
+        lists[2].MoveToTail(lists[3]);
+        EXPECT_EQ(lists[2].GetCount(), 6u);
+        EXPECT_TRUE(lists[3].IsEmpty());
+        EXPECT_EQ(pool->GetBlockCount(), blocks);
+        // A list copied in from elsewhere gets pool nodes of its own.
+        ZoList<Counted, 0x21> outside;
+        outside.AddTail(Counted(99));
+        lists.Add(outside);
+        EXPECT_EQ(lists[lists.GetCount() - 1].GetPlexManager(), pool);
+        const ZoArrayOfLists<Counted, 0x21, 0> copy(lists);
+        EXPECT_EQ(copy.GetPlexManager(), pool);
+        EXPECT_EQ(copy[2].GetCount(), 6u);
+        EXPECT_EQ(copy[copy.GetCount() - 1].GetHead().Value(), 99);
+    }
+    EXPECT_EQ(Counted::counts().Live(), 0);
+}
+
+TEST(ZoArrayTest, DynamicSizeArraysWorkInWholeElements)
+{
+    ZoArrayDynamicSize records(3, 4);
+    EXPECT_EQ(records.GetElementSize(), 4u);
+    for (uint32_t i = 0; i < 3; ++i)
+        for (uint32_t b = 0; b < 4; ++b)
+            records[i][b] = static_cast<unsigned char>(i * 16 + b);
+    EXPECT_EQ(records.GetMemoryUsage(), 3u * 4u + 52u);
+    records.InsertBefore(0u, *records[2], 1, 1);
+    EXPECT_EQ(records.GetCount(), 4u);
+    EXPECT_EQ(records[0][3], 0x23);
+    EXPECT_EQ(records[1][0], 0x00);
+    records.Remove(0);
+
+    ZoArrayDynamicSize reserved(2, 8, 3);
+    EXPECT_EQ(reserved.GetMemoryElementCount(), 8u);
+    EXPECT_EQ(reserved.GetCount(), 2u);
+
+    // Changing the size keeps each element's leading bytes, in place of whole elements.
+    ZoArrayDynamicSize narrowed(records);
+    narrowed = records;
+    records.SetElementSize(2, 1);
+    EXPECT_EQ(records[1][0], 0x10);
+    EXPECT_EQ(records[1][1], 0x11);
+    EXPECT_EQ(records[2][1], 0x21);
+    records.SetElementSize(5, 1);
+    EXPECT_EQ(records[2][0], 0x20);
+    EXPECT_EQ(records[2][1], 0x21);
+    records.Reset();
+    for (uint32_t b = 0; b < 5; ++b)
+        EXPECT_EQ(records[2][b], 0) << b;
+
+    // The established copy takes count bytes, not count elements; the rest of the copy is zero.
+    EXPECT_EQ(narrowed.GetCount(), 3u);
+    EXPECT_EQ(narrowed.GetElementSize(), 4u);
+    EXPECT_EQ(std::vector<unsigned char>(narrowed[0], narrowed[0] + 12),
+              Bytes({0x00, 0x01, 0x02, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST(ZoArrayTest, DynamicSizeArraysSerializeCountSizeAndBytes)
+{
+    ZoArrayDynamicSize pairs(2, 2);
+    for (uint32_t i = 0; i < 2; ++i) {
+        pairs[i][0] = static_cast<unsigned char>(i + 1);
+        pairs[i][1] = static_cast<unsigned char>(0xF0 + i);
+    }
+    ZoStreamWriteBinaryMemory out;
+    pairs.Serialize(out);
+    EXPECT_EQ(out.GetBuffer(), Bytes({2, 0, 0, 0, 2, 0, 0, 0, 1, 0xF0, 2, 0xF1}));
+
+    ZoArrayDynamicSize read(5, 7);
+    ZoStreamReadBinaryMemory in(out.GetBuffer());
+    read.Serialize(in);
+    EXPECT_EQ(read.GetElementSize(), 2u);
+    EXPECT_TRUE(read == pairs);
+
+    // Same size and count: read into the storage already there.
+    ZoArrayDynamicSize same(2, 2);
+    ZoStreamReadBinaryMemory again(out.GetBuffer());
+    same.Serialize(again);
+    EXPECT_TRUE(same == pairs);
+
+    // Element sizes or counts far beyond the data end in the stream exception without a huge
+    // allocation.
+    for (const auto& bytes : {Bytes({1, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3}), Bytes({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 1}),
+                              Bytes({2, 0, 0, 0, 2, 0, 0, 0, 1, 0xF0, 2}), Bytes({2, 0, 0})}) {
+        ZoArrayDynamicSize damaged;
+        ZoStreamReadBinaryMemory damagedIn(bytes);
+        EXPECT_THROW(damaged.Serialize(damagedIn), ZoException);
+        EXPECT_LE(static_cast<uint64_t>(damaged.GetMemoryElementCount()) * damaged.GetElementSize(), 1u << 20);
+    }
+}
+
+TEST(ZoArrayTest, RandomOperationsOnManagedAndPlainArraysMatchAVectorModel)
+{
+    const unsigned seed = std::random_device{}();
+    std::mt19937 random(seed);
+    Counted::ResetCounts();
+    {
+        ZoArrayManaged<Counted, 0> managed;
+        ZoArray<uint32_t, 0> plain;
+        managed.SetGrowConstant(3);
+        plain.SetGrowConstant(3);
+        std::vector<int> model;
+        for (int step = 0; step < 4000; ++step) {
+            const int value = static_cast<int>(random() % 1000);
+            const uint32_t count = static_cast<uint32_t>(model.size());
+            const uint32_t at = count == 0 ? 0 : random() % count;
+            switch (random() % 10) {
+            case 0:
+                managed.Add(Counted(value));
+                plain.Add(static_cast<uint32_t>(value));
+                model.push_back(value);
+                break;
+            case 1:
+                managed.InsertBefore(at, Counted(value), 1, 1);
+                plain.InsertBefore(at, static_cast<uint32_t>(value), 1, 1);
+                model.insert(model.begin() + at, value);
+                break;
+            case 2:
+                if (count != 0) {
+                    managed.InsertAfter(at, Counted(value), 1, 1);
+                    plain.InsertAfter(at, static_cast<uint32_t>(value), 1, 1);
+                    model.insert(model.begin() + at + 1, value);
+                }
+                break;
+            case 3:
+                if (count != 0) {
+                    managed.Remove(at);
+                    plain.Remove(at);
+                    model.erase(model.begin() + at);
+                }
+                break;
+            case 4:
+                if (random() % 2) {
+                    managed.RemoveHead();
+                    plain.RemoveHead();
+                    if (count != 0)
+                        model.erase(model.begin());
+                } else {
+                    managed.RemoveTail();
+                    plain.RemoveTail();
+                    if (count != 0)
+                        model.pop_back();
+                }
+                break;
+            case 5: {
+                const int places = static_cast<int>(random() % 9) - 4;
+                managed.Rotate(places);
+                plain.Rotate(places);
+                if (count != 0) {
+                    const int shift = ((places % static_cast<int>(count)) + static_cast<int>(count)) % static_cast<int>(count);
+                    std::rotate(model.begin(), model.end() - shift, model.end());
+                }
+                break;
+            }
+            case 6:
+                managed.Reverse();
+                plain.Reverse();
+                std::reverse(model.begin(), model.end());
+                break;
+            case 7: {
+                const uint32_t newCount = random() % 30;
+                managed.SetElementCount(newCount, 1);
+                plain.SetElementCount(newCount, 1);
+                for (uint32_t i = count; i < newCount; ++i)
+                    plain[i] = 0;
+                model.resize(newCount, 0);
+                break;
+            }
+            case 8: {
+                const uint32_t memory = random() % 40;
+                const int keep = static_cast<int>(random() % 2);
+                managed.SetMemoryElementCount(memory, keep);
+                plain.SetMemoryElementCount(memory, keep);
+                if (!keep) {
+                    // Without keep the managed survivors start afresh, while the plain bytes
+                    // survive the reallocation; bring the managed ones back to the model.
+                    model.resize(std::min<size_t>(model.size(), memory));
+                    for (uint32_t i = 0; i < model.size(); ++i)
+                        managed[i] = Counted(model[i]);
+                }
+                break;
+            }
+            case 9: {
+                ZoArrayManaged<Counted, 0> tail;
+                ZoArray<uint32_t, 0> plainTail;
+                for (uint32_t i = 0, n = random() % 5; i < n; ++i) {
+                    tail.Add(Counted(value + static_cast<int>(i)));
+                    plainTail.Add(static_cast<uint32_t>(value) + i);
+                    model.push_back(value + static_cast<int>(i));
+                }
+                managed.Add(tail);
+                plain.Add(plainTail);
+                break;
+            }
+            }
+            ASSERT_EQ(values(managed), model) << "seed " << seed << " step " << step;
+            ASSERT_EQ(std::vector<int>(plain.GetData(), plain.GetData() + plain.GetCount()), model) << "seed " << seed << " step " << step;
+            ASSERT_LE(managed.GetCount(), managed.GetMemoryElementCount()) << "seed " << seed;
+            ASSERT_EQ(Counted::counts().Live(), static_cast<int>(model.size())) << "seed " << seed << " step " << step;
+        }
+    }
+    EXPECT_EQ(Counted::counts().Live(), 0) << "seed " << seed;
 }
 
 } // namespace

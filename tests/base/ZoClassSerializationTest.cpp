@@ -1,40 +1,58 @@
 // The archive factory's folders and file chores.
 #include "base/ZoClassSerialization.h"
+#include "platform/ZoOS.h"
 
 #include "ZoTestSupport.h"
 
 #include <cstdlib>
-#include <unistd.h>
+#include <filesystem>
 
 namespace {
 
 using zotest::Bytes;
 
+// The variable the system's temporary folder comes from.
+#if defined(_WIN32)
+const char kTemporaryVariable[] = "TMP";
+void setVariable(const char* name, const std::string& value)
+{
+    _putenv_s(name, value.c_str());
+}
+const char kExecutable[] = "zo-tests.exe";
+#else
+const char kTemporaryVariable[] = "TMPDIR";
+void setVariable(const char* name, const std::string& value)
+{
+    if (value.empty())
+        unsetenv(name);
+    else
+        setenv(name, value.c_str(), 1);
+}
+const char kExecutable[] = "zo-tests";
+#endif
+
 TEST(ZoClassSerializationTest, SpecialDirectoriesEndInTheSeparator)
 {
     zotest::TempFolder folder;
-    const std::string previous = std::getenv("TMPDIR") != nullptr ? std::getenv("TMPDIR") : "";
-    setenv("TMPDIR", folder.Path().c_str(), 1);
+    const char16_t separator = ZoOS::GetPathSeparator();
+    const std::string previous = std::getenv(kTemporaryVariable) != nullptr ? std::getenv(kTemporaryVariable) : "";
+    setVariable(kTemporaryVariable, folder.Path());
     const CString temp = ZoClassSerialization::GetDirectory(ZoClassSerialization::eTemporary);
-    EXPECT_EQ(temp, folder.CPath() + u"/");
-    EXPECT_EQ(ZoClassSerialization::GetDirectory(ZoClassSerialization::eHalvo), temp + u"Halvo/");
-    EXPECT_EQ(ZoClassSerialization::GetDirectory(ZoClassSerialization::eTestSuite), temp + u"ZoTestSuite/");
-    if (previous.empty())
-        unsetenv("TMPDIR");
-    else
-        setenv("TMPDIR", previous.c_str(), 1);
+    EXPECT_EQ(temp, folder.CPath() + separator);
+    EXPECT_EQ(ZoClassSerialization::GetDirectory(ZoClassSerialization::eHalvo), temp + u"Halvo" + separator);
+    EXPECT_EQ(ZoClassSerialization::GetDirectory(ZoClassSerialization::eTestSuite), temp + u"ZoTestSuite" + separator);
+    setVariable(kTemporaryVariable, previous);
 
     for (int directory = 0; directory <= 15; ++directory) {
         const CString path = ZoClassSerialization::GetDirectory(static_cast<ZoClassSerialization::ESpecialDirectory>(directory));
         ASSERT_FALSE(path.IsEmpty()) << directory;
-        EXPECT_EQ(path[path.GetLength() - 1], u'/') << directory;
+        EXPECT_EQ(path[path.GetLength() - 1], separator) << directory;
     }
-    char cwd[4096];
-    ASSERT_NE(getcwd(cwd, sizeof cwd), nullptr);
-    EXPECT_EQ(ZoClassSerialization::GetDirectory(ZoClassSerialization::eCurrent), CString(cwd) + u"/");
+    EXPECT_EQ(ZoClassSerialization::GetDirectory(ZoClassSerialization::eCurrent),
+              CString(std::filesystem::current_path().string()) + separator);
     // The executable's folder holds the test program itself.
     const CString module = ZoClassSerialization::GetDirectory(ZoClassSerialization::eModule);
-    EXPECT_TRUE(ZoClassSerialization::Exists(module + u"zo-tests"));
+    EXPECT_TRUE(ZoClassSerialization::Exists(module + CString(kExecutable)));
     EXPECT_EQ(module, ZoClassSerialization::GetDirectory(ZoClassSerialization::eApplication));
 }
 

@@ -88,7 +88,7 @@ TEST(ZoStreamBinaryTest, EverythingWrittenReadsBack)
     ZoStreamWriteBinaryMemory out;
     out << true << static_cast<signed char>(-5) << static_cast<unsigned char>(250) << static_cast<short>(-300)
         << static_cast<unsigned short>(60000) << -70000 << 4000000000u << static_cast<long>(-9) << 9UL
-        << std::numeric_limits<int64_t>::min() << std::numeric_limits<uint64_t>::max() << 0.1f << M_PI
+        << std::numeric_limits<int64_t>::min() << std::numeric_limits<uint64_t>::max() << 0.1f << 3.14159265358979323846
         << CString(u"h\u00e9llo \u4e16\u754c") << CString(u'z', 1000) << CString();
     out.WriteVersion(3);
     ZoClassFlags(0x81).Serialize(out);
@@ -123,7 +123,7 @@ TEST(ZoStreamBinaryTest, EverythingWrittenReadsBack)
     EXPECT_EQ(i64, std::numeric_limits<int64_t>::min());
     EXPECT_EQ(u64, std::numeric_limits<uint64_t>::max());
     EXPECT_EQ(f, 0.1f);
-    EXPECT_EQ(d, M_PI);
+    EXPECT_EQ(d, 3.14159265358979323846);
     EXPECT_EQ(text, CString(u"h\u00e9llo \u4e16\u754c"));
     EXPECT_EQ(longText, CString(u'z', 1000));
     EXPECT_TRUE(empty.IsEmpty());

@@ -6,6 +6,8 @@
 #include "platform/CArchive.h"
 #include "platform/CMemFile.h"
 
+#include "platform/ZoOS.h"
+
 #include "ZoTestSupport.h"
 
 #include <chrono>
@@ -49,7 +51,7 @@ TEST(ZoStreamWriteASCIIFileTest, WriteTruncatesAppendKeepsAndSpecialFoldersJoin)
     EXPECT_EQ(fileText(folder.Path("fresh.txt")), "true");
 
     const std::string name = "zo-ascii-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
-    ZoStreamWriteASCIIFile(ZoClassSerialization::eTemporary, CString(name + "/log.txt")) << 42;
+    ZoStreamWriteASCIIFile(ZoClassSerialization::eTemporary, CString(name) + ZoOS::GetPathSeparator() + u"log.txt") << 42;
     const std::filesystem::path special =
         std::filesystem::path(ZoClassSerialization::GetDirectory(ZoClassSerialization::eTemporary).ToUtf8()) / name;
     EXPECT_EQ(fileText((special / "log.txt").string()), "42");

@@ -11,6 +11,25 @@
 #include <string>
 #include <vector>
 
+// Tests of the LZMA data format itself (rather than of the calling contract) skip in builds whose
+// codec library is the stand-in that stores instead of compressing.
+#if defined(ZO_TEST_LZMA_STAND_IN)
+#define ZO_REQUIRE_REAL_LZMA_CODEC()                                                                   \
+    GTEST_SKIP() << "this build has no liblzma for its target and tests the calling contract with a stand-in codec"
+#else
+#define ZO_REQUIRE_REAL_LZMA_CODEC() static_cast<void>(0)
+#endif
+
+// Windows looks for a library named by a relative path in the program's own folder too, and hands
+// back a library of that name that is already loaded, so a missing codec library cannot be staged
+// while the test program's folder holds one.
+#if defined(_WIN32)
+#define ZO_REQUIRE_LIBRARY_SEARCH_BY_PATH_ONLY()                                                       \
+    GTEST_SKIP() << "Windows also searches the program's folder, which holds the codec library"
+#else
+#define ZO_REQUIRE_LIBRARY_SEARCH_BY_PATH_ONLY() static_cast<void>(0)
+#endif
+
 namespace CodecTest {
 
 typedef std::vector<unsigned char> Bytes;

@@ -26,6 +26,7 @@ class MepCompressTest : public ::testing::Test
 protected:
     void SetUp() override
     {
+        ZO_REQUIRE_REAL_LZMA_CODEC();
         m_library = ZoOS::LoadDynamicLibrary(sc_libraryPath);
         ASSERT_NE(m_library, nullptr);
         EXPECT_EQ(ZoOS::GetLastErrorCode(), 0u);
@@ -176,6 +177,7 @@ TEST_F(MepCompressTest, NullArgumentsAreRefused)
 
 TEST(ZoOSLibraryTest, LoadingAndLookupSetTheLastError)
 {
+    ZO_REQUIRE_LIBRARY_SEARCH_BY_PATH_ONLY();
     CodecTest::ScopedCurrentFolder emptyFolder;
     EXPECT_EQ(ZoOS::LoadDynamicLibrary(sc_libraryPath), nullptr);
     EXPECT_NE(ZoOS::GetLastErrorCode(), 0u);

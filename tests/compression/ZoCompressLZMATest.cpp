@@ -36,6 +36,7 @@ void ExpectConstructionThrows(const char* file, uint32_t line)
 
 TEST(ZoCompressLZMATest, ConstructorsThrowWithoutTheCodecLibrary)
 {
+    ZO_REQUIRE_LIBRARY_SEARCH_BY_PATH_ONLY();
     CodecTest::ScopedCurrentFolder emptyFolder;
     ExpectConstructionThrows<ZoCompressLZMA>("..\\compression\\ZoCompressLZMA.cpp", 49);
     ExpectConstructionThrows<ZoDecompressLZMA>("..\\compression\\ZoDecompressLZMA.cpp", 54);
@@ -55,6 +56,7 @@ TEST(ZoCompressLZMATest, ConstructorsThrowWhenTheLibraryLacksTheirEntry)
 
 TEST(ZoCompressLZMATest, OutputStartsWithTheHeaderThatCarriesTheSize)
 {
+    ZO_REQUIRE_REAL_LZMA_CODEC();
     const Bytes packed = CompressLZMA({'a', 'b', 'c'});
     // lc=3 lp=0 pb=2, the smallest dictionary (4 KB), then the size as 8 little-endian bytes.
     const Bytes header = {0x5D, 0x00, 0x10, 0x00, 0x00, 0x03, 0, 0, 0, 0, 0, 0, 0};
@@ -69,9 +71,11 @@ TEST(ZoCompressLZMATest, RoundTripsEmptyOneByteAndTenMegabytes)
         SCOPED_TRACE(size);
         const Bytes data = CodecTest::MixedBytes(size, 5);
         const Bytes packed = CompressLZMA(data);
+#if !defined(ZO_TEST_LZMA_STAND_IN)
         if (size > 1) {
             EXPECT_LT(packed.size(), data.size());
         }
+#endif
         ASSERT_EQ(decompressor.Decompress(packed.data(), static_cast<uint32_t>(packed.size())), 1);
         EXPECT_EQ(decompressor.GetOutputSize(), size);
         EXPECT_TRUE(CodecTest::Copy(decompressor.GetOutputBuffer(), decompressor.GetOutputSize()) == data);

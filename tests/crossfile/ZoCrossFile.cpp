@@ -1,0 +1,112 @@
+// Writes or checks the library's file formats so that one target's files can be read by the
+// other: `zo-cross-file write FOLDER` makes scalars.bin (a plain binary stream of every fixed-width
+// kind) and archive.bin (the same values and a long series in a compressed archive);
+// `zo-cross-file read FOLDER` reads both back and says "cross-file ok" when every value matches.
+// `long` is left out on purpose: its width is the platform's.
+#include "base/ZoClassSerialization.h"
+#include "base/ZoException.h"
+#include "base/ZoStreamReadBinaryFile.h"
+#include "base/ZoStreamWriteBinaryFile.h"
+#include "platform/ZoOS.h"
+
+#include <cstdio>
+#include <cstring>
+#include <limits>
+
+namespace {
+
+const uint32_t kSeriesLength = 50000;
+
+void writeValues(ZoStreamWriteBinary& out)
+{
+    out.WriteVersion(7);
+    out << true << static_cast<signed char>(-100) << static_cast<unsigned char>(200) << static_cast<int16_t>(-30000)
+        << static_cast<uint16_t>(60000) << std::numeric_limits<int32_t>::min() << std::numeric_limits<uint32_t>::max()
+        << std::numeric_limits<int64_t>::min() << std::numeric_limits<uint64_t>::max() << 3.25f << -1.0e300
+        << CString(u"plain ASCII") << CString(u"\u00e4\u00f6\u00fc \u4e16\u754c \U0001F600") << CString(u'x', 300);
+}
+
+bool checkValues(ZoStreamReadBinary& in, const char* file)
+{
+    bool b = false;
+    signed char sc = 0;
+    unsigned char uc = 0;
+    int16_t s = 0;
+    uint16_t us = 0;
+    int32_t i = 0;
+    uint32_t ui = 0;
+    int64_t i64 = 0;
+    uint64_t u64 = 0;
+    float f = 0;
+    double d = 0;
+    CString ascii, wide, repeated;
+    const unsigned int version = in.ReadAndCompareVersion(7);
+    in >> b >> sc >> uc >> s >> us >> i >> ui >> i64 >> u64 >> f >> d >> ascii >> wide >> repeated;
+    const bool ok = version == 7 && b && sc == -100 && uc == 200 && s == -30000 && us == 60000 &&
+                    i == std::numeric_limits<int32_t>::min() && ui == std::numeric_limits<uint32_t>::max() &&
+                    i64 == std::numeric_limits<int64_t>::min() && u64 == std::numeric_limits<uint64_t>::max() &&
+                    f == 3.25f && d == -1.0e300 && ascii == CString(u"plain ASCII") &&
+                    wide == CString(u"\u00e4\u00f6\u00fc \u4e16\u754c \U0001F600") && repeated == CString(u'x', 300);
+    if (!ok)
+        std::printf("%s: a value differs from what was written\n", file);
+    return ok;
+}
+
+CString join(const char* folder, const char16_t* name)
+{
+    CString path(folder);
+    if (!path.IsEmpty() && path[path.GetLength() - 1] != ZoOS::GetPathSeparator())
+        path += ZoOS::GetPathSeparator();
+    return path + name;
+}
+
+int write(const char* folder)
+{
+    {
+        ZoStreamWriteBinaryFile out(join(folder, u"scalars.bin"));
+        writeValues(out);
+        out.Close();
+    }
+    ZoStreamWriteBinaryFile out(join(folder, u"archive.bin"), ZoStreamWriteBinaryFile::eCompressionZIP);
+    writeValues(out);
+    for (uint32_t i = 0; i < kSeriesLength; ++i)
+        out << i % 1000;
+    out.Close();
+    std::printf("cross-file written\n");
+    return 0;
+}
+
+int read(const char* folder)
+{
+    ZoStreamReadBinaryFile scalars(join(folder, u"scalars.bin"));
+    bool ok = checkValues(scalars, "scalars.bin");
+    ZoStreamReadBinaryFile archive(join(folder, u"archive.bin"));
+    ok = checkValues(archive, "archive.bin") && ok;
+    for (uint32_t i = 0; i < kSeriesLength && ok; ++i) {
+        uint32_t value = 0;
+        archive >> value;
+        if (value != i % 1000) {
+            std::printf("archive.bin: series value %u differs\n", i);
+            ok = false;
+        }
+    }
+    if (ok)
+        std::printf("cross-file ok\n");
+    return ok ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 3 || (std::strcmp(argv[1], "write") != 0 && std::strcmp(argv[1], "read") != 0)) {
+        std::printf("usage: zo-cross-file write|read FOLDER\n");
+        return 2;
+    }
+    try {
+        return std::strcmp(argv[1], "write") == 0 ? write(argv[2]) : read(argv[2]);
+    } catch (const ZoException& e) {
+        std::printf("%s", e.GetTraceString().ToUtf8().c_str());
+        return 1;
+    }
+}
