@@ -151,4 +151,97 @@ ZO_API void WriteDebugTrace(const CString& text);
 // A message for the user: a message box on Windows, standard error on POSIX.
 ZO_API void ShowMessage(const CString& text, const CString& caption, uint32_t style);
 
+// ---- kernel objects: events and threads ------------------------------------------------------
+// Events and threads are named by handles. On Windows a handle is the system's own; on POSIX it is
+// an entry of the library's handle table holding a counted reference to the library's event or
+// thread object, so a handle stays safe to use after it was closed (every call then fails with
+// EBADF, as a closed handle fails on Windows) and duplicates name the same object.
+
+// The waits' results, as Windows reports them.
+const uint32_t sc_waitObject0 = 0;
+const uint32_t sc_waitAbandoned0 = 0x80;
+const uint32_t sc_waitTimeout = 258;
+const uint32_t sc_waitFailed = 0xFFFFFFFFu;
+// The most handles one multiple-object wait accepts; more fail.
+const uint32_t sc_maximumWaitObjects = 64;
+// GetThreadPriorityLevel's answer when it cannot read the priority.
+const int32_t sc_threadPriorityError = 0x7FFFFFFF;
+
+// A new event, not shared with other processes; null on failure.
+ZO_API HANDLE CreateEventObject(bool manualReset, bool initiallySignalled);
+ZO_API bool SetEventObject(HANDLE event);
+ZO_API bool ResetEventObject(HANDLE event);
+// Releases the threads waiting at this moment (all of them for a manual-reset event, at most one for
+// an auto-reset event) and leaves the event not signalled.
+ZO_API bool PulseEventObject(HANDLE event);
+// Blocks until the event or thread is signalled or `timeoutMs` has passed (INFINITE: no limit).
+// Returns sc_waitObject0, sc_waitTimeout or sc_waitFailed (a null or closed handle). A satisfied wait
+// on an auto-reset event consumes its signal.
+ZO_API uint32_t WaitForObject(HANDLE object, uint32_t timeoutMs);
+// Waits for all (`waitAll`) or any of `count` objects. Returns sc_waitObject0 + the index of the
+// first signalled object (sc_waitObject0 when all were waited for), sc_waitTimeout, or sc_waitFailed
+// when a handle is invalid or `count` is 0 or above sc_maximumWaitObjects. A wait for all consumes
+// the auto-reset signals only when every object is signalled at once.
+ZO_API uint32_t WaitForObjects(uint32_t count, const HANDLE* objects, bool waitAll, uint32_t timeoutMs);
+// A second handle to the same object; null on failure.
+ZO_API HANDLE DuplicateObjectHandle(HANDLE object, bool inheritable);
+// The object lives on while other handles (or, for a thread, the running thread) refer to it.
+ZO_API bool CloseObjectHandle(HANDLE object);
+
+// A thread's start routine; its result is the thread's exit code.
+typedef uint32_t (*ThreadRoutine)(void* argument);
+// Starts a thread running routine(argument); with `suspended` it waits for ResumeThreadObject before
+// it calls the routine. Sets `threadId` (the id GetCurrentThreadIdentifier reports inside the thread)
+// and returns the thread's handle, or null on failure. `stackSize` 0 takes the system's default.
+ZO_API HANDLE CreateThreadObject(ThreadRoutine routine, void* argument, uint32_t stackSize, bool suspended,
+                                 uint32_t& threadId);
+// Both return the suspend count before the call, or 0xFFFFFFFF on failure. Suspension stops the
+// thread wherever it is, including inside a lock it holds: only suspend threads whose state you know.
+// On POSIX a real-time signal stops the thread in a handler that waits until it is resumed; a thread
+// suspended before its first resume has not entered its routine yet.
+ZO_API uint32_t SuspendThreadObject(HANDLE thread);
+ZO_API uint32_t ResumeThreadObject(HANDLE thread);
+// Ends a thread from outside; its exit code becomes `exitCode`. On Windows the thread stops at once
+// without unwinding. On POSIX the thread is cancelled: it stops in the wait of this layer it sleeps
+// in (which is woken for that), at its next such wait, or at a system cancellation point (a sleep, a
+// blocking read ...), unwinding its stack as it goes, and this call waits up to one second for that.
+// A thread that never waits keeps running. A thread never resumed ends without entering its
+// routine; a suspended thread is resumed and ends at its next wait.
+ZO_API bool TerminateThreadObject(HANDLE thread, uint32_t exitCode);
+// STILL_ACTIVE while the thread runs, then the routine's result (or the termination's code).
+ZO_API bool GetThreadExitCode(HANDLE thread, uint32_t& exitCode);
+// Thread priorities on the Windows ladder: -15 idle, -2 lowest, -1 below normal, 0 normal, 1 above
+// normal, 2 highest, 15 time critical; other values fail. On POSIX the ladder maps onto the thread's
+// nice value (19, 10, 5, 0, -5, -10, -20), and reading maps the nice value back to the nearest step,
+// so a value set is the value read. Raising a thread above its present level needs the privilege to
+// do so on POSIX (CAP_SYS_NICE or RLIMIT_NICE); a refused change returns false with EACCES or EPERM.
+ZO_API bool SetThreadPriorityLevel(HANDLE thread, int32_t priority);
+// sc_threadPriorityError when the priority cannot be read (a finished thread on POSIX, a bad handle).
+ZO_API int32_t GetThreadPriorityLevel(HANDLE thread);
+// Call only inside a catch (...) block. Rethrows the current exception when it is the system's
+// thread-cancellation unwind (POSIX: TerminateThreadObject), which must never be swallowed; returns
+// otherwise. Code that catches everything on a thread that may be terminated calls it first.
+ZO_API void RethrowThreadCancellation();
+
+// ---- time -------------------------------------------------------------------------------------
+// A monotonic counter and its ticks per second (CLOCK_MONOTONIC in nanoseconds on POSIX, the
+// performance counter on Windows). False when the system has no such counter.
+ZO_API bool QueryPerformanceCounterValue(int64_t& ticks);
+ZO_API bool QueryPerformanceFrequencyValue(int64_t& ticksPerSecond);
+// Milliseconds since the system started, wrapping modulo 2^32.
+ZO_API uint32_t GetTickCountValue();
+
+// ---- floating point ---------------------------------------------------------------------------
+// The calling thread's floating-point control word in the Windows C library's layout (rounding in
+// 0x300: 0 nearest, 0x100 down, 0x200 up, 0x300 toward zero; precision in 0x30000: 0x20000 24 bits,
+// 0x10000 53 bits, 0 64 bits). The bits of `mask` take their values from `newControl`, the others
+// stay; `current` receives the word after the change. A mask of 0 only reads. Only the rounding field
+// can be changed on x64: a mask reaching into the precision field fails, and on POSIX so does any
+// mask beyond the rounding field (whose other fields read 0 there). False on failure.
+ZO_API bool ControlFloatingPoint(uint32_t& current, uint32_t newControl, uint32_t mask);
+
+// ---- machine ----------------------------------------------------------------------------------
+// The number of logical processors the process may run on; at least 1.
+ZO_API uint32_t GetProcessorCount();
+
 } // namespace ZoOS

@@ -7,7 +7,7 @@
 #include "base/ZoStreamReadBinaryMemory.h"
 #include "base/ZoStreamWriteASCIIString.h"
 #include "base/ZoStreamWriteBinaryMemory.h"
-#include "ZoCountedElement.h"
+#include "ZoContainerTestSupport.h"
 #include "ZoTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -141,65 +141,6 @@ TEST(ZoArrayTest, CopiesTakeTheElementsButNotTheSpareCapacity)
     source.Reset();
     EXPECT_EQ(contents(source), std::vector<uint32_t>(5, 0u));
 }
-
-TEST(ZoArrayTest, RandomOperationsMatchAVectorModel)
-{
-    const unsigned seed = std::random_device{}();
-    std::mt19937 random(seed);
-    ZoArray<uint32_t, 1> array;
-    std::vector<uint32_t> model;
-    for (int step = 0; step < 5000; ++step) {
-        const uint32_t value = random();
-        const uint32_t count = static_cast<uint32_t>(model.size());
-        switch (random() % 7) {
-        case 0:
-        case 1:
-            array.Add(value);
-            model.push_back(value);
-            break;
-        case 2: {
-            const uint32_t at = count == 0 ? 0 : random() % (count + 1);
-            array.InsertBefore(at, value, 1, 1);
-            model.insert(model.begin() + at, value);
-            break;
-        }
-        case 3:
-            if (count != 0) {
-                const uint32_t at = random() % count;
-                array.Remove(at);
-                model.erase(model.begin() + at);
-            }
-            break;
-        case 4: {
-            const int places = static_cast<int>(random() % 7) - 3;
-            array.Rotate(places);
-            if (count != 0) {
-                const int shift = ((places % static_cast<int>(count)) + static_cast<int>(count)) % static_cast<int>(count);
-                std::rotate(model.begin(), model.end() - shift, model.end());
-            }
-            break;
-        }
-        case 5:
-            array.Reverse();
-            std::reverse(model.begin(), model.end());
-            break;
-        case 6: {
-            const uint32_t newCount = random() % 40;
-            array.SetElementCount(newCount, 1);
-            for (uint32_t i = count; i < newCount; ++i)
-                array[i] = value;
-            model.resize(newCount, value);
-            break;
-        }
-        }
-        ASSERT_EQ(contents(array), model) << "seed " << seed << " step " << step;
-        ASSERT_LE(array.GetCount(), array.GetMemoryElementCount());
-    }
-}
-
-} // namespace
-
-namespace {
 
 template <class T, int P>
 std::vector<int> values(const ZoArray<T, P>& array)
@@ -495,7 +436,7 @@ TEST(ZoArrayTest, DynamicSizeArraysSerializeCountSizeAndBytes)
 
 TEST(ZoArrayTest, RandomOperationsOnManagedAndPlainArraysMatchAVectorModel)
 {
-    const unsigned seed = std::random_device{}();
+    const unsigned seed = zotest::ModelTestSeed();
     std::mt19937 random(seed);
     Counted::ResetCounts();
     {

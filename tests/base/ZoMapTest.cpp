@@ -94,6 +94,31 @@ TEST(ZoMapTest, IterationVisitsBucketsInOrderAndChainsFromTheirHead)
     EXPECT_EQ(order, (std::vector<uint32_t>{0x120, 0x10, 0x20}));
 }
 
+TEST(ZoMapTest, AssociationsComeFromThePoolAndAreReused)
+{
+    ZoMap<const void*, CString> map(10);
+    const auto& pool = map.GetPlexManager();
+    int anchors[25];
+    for (int& anchor : anchors)
+        map[&anchor] = CString(u"x");
+    EXPECT_EQ(pool->GetBlockCount(), 3u);
+    EXPECT_EQ(pool->GetFreeNodeCount(), 5u);
+    for (int i = 0; i < 25; i += 2)
+        EXPECT_TRUE(map.RemoveKey(&anchors[i]));
+    EXPECT_EQ(map.GetCount(), 12u);
+    EXPECT_EQ(*map.Find(&anchors[1]), CString(u"x"));
+    EXPECT_EQ(map.Find(&anchors[0]), nullptr);
+    map.RemoveAll();
+    EXPECT_FALSE(map.HasHashTable());
+    for (int& anchor : anchors)
+        map[&anchor] = CString(u"y");
+    EXPECT_EQ(pool->GetBlockCount(), 3u); // freed associations were handed out again
+    ZoMap<const void*, CString> copy;
+    copy = map;
+    EXPECT_EQ(copy.GetCount(), 25u);
+    EXPECT_NE(copy.GetPlexManager(), map.GetPlexManager());
+}
+
 TEST(ZoMapTest, RandomOperationsMatchAStdMapModel)
 {
     const unsigned seed = std::random_device{}();

@@ -1,0 +1,58 @@
+// ZoCheckReturn<T, Policy>: a result that its receiver must look at. It converts to T; the first
+// conversion (or Get(), or an explicit Ignore()) marks it as looked at. A result destroyed unread
+// calls Policy::onUnchecked(): the library's policy, ZoCheckReturnPolicyAssert, stops a debug build
+// there, so a forgotten check of a task's outcome or of a wait's timeout shows up in testing rather
+// than as a silent hang or a lost failure later.
+//
+// Copying hands the duty on: the copy must be looked at, the source no longer. The class is also
+// [[nodiscard]], so the compiler already warns where a call's result is dropped on the floor.
+#pragma once
+
+#include "platform/ZoExport.h"
+
+#include <cassert>
+
+// Asserts in debug builds; does nothing when NDEBUG is defined.
+struct ZoCheckReturnPolicyAssert
+{
+    static void onUnchecked() { assert(!"a ZoCheckReturn result was never looked at"); }
+};
+
+template <class T, class Policy>
+class [[nodiscard]] ZoCheckReturn
+{
+public:
+    ZoCheckReturn(const T& value) : m_value(value), m_checked(false) {}
+    ZoCheckReturn(const ZoCheckReturn& other) : m_value(other.m_value), m_checked(false) { other.m_checked = true; }
+    ZoCheckReturn& operator=(const ZoCheckReturn& other)
+    {
+        if (this != &other) {
+            verify();
+            m_value = other.m_value;
+            m_checked = false;
+            other.m_checked = true;
+        }
+        return *this;
+    }
+    ~ZoCheckReturn() { verify(); }
+
+    operator T() const { return Get(); }
+    const T& Get() const
+    {
+        m_checked = true;
+        return m_value;
+    }
+    // Declares that the caller does not need the value.
+    void Ignore() const { m_checked = true; }
+    bool IsChecked() const { return m_checked; }
+
+private:
+    void verify() const
+    {
+        if (!m_checked)
+            Policy::onUnchecked();
+    }
+
+    T m_value;
+    mutable bool m_checked;
+};

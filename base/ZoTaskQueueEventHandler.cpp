@@ -1,0 +1,5 @@
+#include "base/ZoTaskQueueEventHandler.h"
+
+ZoTaskQueueEventHandler::ZoTaskQueueEventHandler() = default;
+
+ZoTaskQueueEventHandler::~ZoTaskQueueEventHandler() = default;

@@ -1,0 +1,33 @@
+// ZoTaskQueueEventHandler: the listener of a ZoTaskQueue. A queue calls its registered handlers when
+// a task is added (on the adding thread, with the queue's lock held, before the task is appended) and
+// just before and after a worker thread runs it (on the worker, without the lock).
+//
+// Handlers are reference counted; the queue holds them through ZoSmartPointer. A handler must not
+// add tasks to, or register with, the queue that is calling it for eTaskAdded from another thread
+// while it waits for that thread: the queue's lock is held.
+#pragma once
+
+#include "base/ZoReferenceCountedClass.h"
+#include "base/ZoSmartPointer.h"
+#include "base/ZoTask.h"
+#include "platform/ZoExport.h"
+
+class ZO_API ZoTaskQueueEventHandler : public ZoReferenceCountedClass<ZoTaskQueueEventHandler>
+{
+public:
+    enum EEvent
+    {
+        eTaskAdded = 0,    // in ZoTaskQueue::AddTask, before the task is appended
+        eTaskStarting = 1, // on the worker, just before the task runs
+        eTaskFinished = 2, // on the worker, just after the task ran
+    };
+
+    ZoTaskQueueEventHandler();
+    ~ZoTaskQueueEventHandler() override;
+
+protected:
+    friend class ZoTaskQueue;
+    friend class ZoWorkerThread;
+
+    virtual void onTaskQueueEvent(EEvent event, ZoSmartPointer<ZoTask> task) = 0;
+};

@@ -1,0 +1,6 @@
+// The library's exported instantiation of ZoThread, the base of every ZoWorkerThreadBase.
+#include "base/ZoThread.h"
+
+#include "base/ZoWorkerThreadBase.h"
+
+template class ZoThread<ZoWorkerThreadBase, ZoThreadPolicyMFC>;

@@ -1,0 +1,347 @@
+#include "base/ZoArray2D.h"
+#include "base/ZoExceptionDivisionByZero.h"
+#include "base/ZoExceptionStream.h"
+#include "base/ZoExceptionWrongFileVersion.h"
+#include "base/ZoStreamReadBinaryMemory.h"
+#include "base/ZoStreamWriteASCIIString.h"
+#include "base/ZoStreamWriteBinaryMemory.h"
+#include "ZoTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <type_traits>
+#include <vector>
+
+namespace {
+
+using zotest::Bytes;
+
+template <class T>
+ZoArray2D<T> grid(uint32_t width, uint32_t height, std::initializer_list<double> values)
+{
+    ZoArray2D<T> array(width, height);
+    T* data = array.GetData();
+    for (double value : values)
+        *data++ = static_cast<T>(value);
+    return array;
+}
+
+template <class T>
+std::vector<double> contents(const ZoArray2D<T>& array)
+{
+    std::vector<double> result;
+    for (uint32_t y = 0; y < array.GetHeight(); ++y)
+        for (uint32_t x = 0; x < array.GetWidth(); ++x)
+            result.push_back(static_cast<double>(array[y][x]));
+    return result;
+}
+
+template <class T>
+std::vector<unsigned char> serialized(const ZoArray2D<T>& array)
+{
+    ZoStreamWriteBinaryMemory out;
+    array.Serialize(out);
+    return out.GetBuffer();
+}
+
+// The expected contents for integer element types or for float.
+template <class T>
+std::vector<double> byType(std::vector<double> ifInteger, std::vector<double> ifFloat)
+{
+    return std::is_integral_v<T> ? ifInteger : ifFloat;
+}
+
+template <class A, class = void>
+struct HasDump : std::false_type
+{
+};
+template <class A>
+struct HasDump<A, std::void_t<decltype(std::declval<const A&>().Dump(std::declval<ZoStreamWrite&>()))>> : std::true_type
+{
+};
+static_assert(HasDump<ZoArray2D<unsigned char>>::value && HasDump<ZoArray2D<uint32_t>>::value, "integer arrays dump");
+static_assert(!HasDump<ZoArray2D<float>>::value, "float arrays have no Dump");
+
+// One suite over the four element types.
+template <class T>
+class ZoArray2DTest : public testing::Test
+{
+};
+typedef testing::Types<unsigned char, unsigned short, uint32_t, float> ElementTypes;
+TYPED_TEST_SUITE(ZoArray2DTest, ElementTypes);
+
+TYPED_TEST(ZoArray2DTest, StorageIsOwnedBorrowedOrAbsent)
+{
+    typedef TypeParam T;
+    ZoArray2D<T> empty;
+    EXPECT_EQ(empty.GetData(), nullptr);
+    EXPECT_EQ(empty.GetMemoryUsage(), 0u);
+    ZoArray2D<T> sized(4, 3);
+    uint32_t width = 0, height = 0;
+    sized.GetCount(width, height);
+    EXPECT_EQ(width, 4u);
+    EXPECT_EQ(height, 3u);
+    EXPECT_EQ(sized.GetElementSize(), sizeof(T));
+    EXPECT_EQ(sized.GetMemoryUsage(), 3 * sizeof(T*) + 12 * sizeof(T));
+    EXPECT_EQ(sized[2], sized.GetData() + 8);
+    sized.SetElementCount(0, 5);
+    EXPECT_EQ(sized.GetData(), nullptr);
+    EXPECT_EQ(sized.GetHeight(), 5u);
+
+    T callers[6] = {T(1), T(2), T(3), T(4), T(5), T(6)};
+    ZoArray2D<T> borrowed(3, 2, callers, 0);
+    EXPECT_EQ(borrowed.GetData(), callers);
+    EXPECT_EQ(borrowed[1][0], T(4));
+    ZoArray2D<T> copied(3, 2, callers, 1);
+    EXPECT_NE(copied.GetData(), callers);
+    copied *= T(2);
+    // Same dimensions: assignment writes into the borrowed block itself.
+    borrowed = copied;
+    EXPECT_EQ(borrowed.GetData(), callers);
+    EXPECT_EQ(callers[5], T(12));
+    // Other dimensions: the array lets the caller's block go and owns a new one.
+    borrowed = grid<T>(2, 2, {7, 8, 9, 10});
+    EXPECT_NE(borrowed.GetData(), callers);
+    EXPECT_EQ(callers[0], T(2));
+    const ZoArray2D<T> copy(borrowed);
+    EXPECT_EQ(contents(copy), (std::vector<double>{7, 8, 9, 10}));
+}
+
+TYPED_TEST(ZoArray2DTest, FillingBordersAndElementWiseArithmetic)
+{
+    typedef TypeParam T;
+    ZoArray2D<T> frame(4, 3);
+    frame.Zero();
+    frame.SetBorder(T(9), 0);
+    EXPECT_EQ(contents(frame), std::vector<double>(12, 0));
+    frame.SetBorder(T(9), 1);
+    EXPECT_EQ(contents(frame), (std::vector<double>{9, 9, 9, 9, 9, 0, 0, 9, 9, 9, 9, 9}));
+    frame.Set(T(1));
+    frame.SetBorder(T(5), 2); // at least half the smaller dimension: everything
+    EXPECT_EQ(contents(frame), std::vector<double>(12, 5));
+    frame = T(3);
+    EXPECT_EQ(frame.GetMin(), T(3));
+
+    ZoArray2D<T> a = grid<T>(3, 1, {8, 20, 6});
+    const ZoArray2D<T> b = grid<T>(3, 1, {2, 4, 6});
+    a += b;
+    EXPECT_EQ(contents(a), (std::vector<double>{10, 24, 12}));
+    a -= T(2);
+    a /= b;
+    EXPECT_EQ(contents(a), (byType<T>({4, 5, 1}, {4, 5.5, 10.0f / 6.0f})));
+    a = grid<T>(3, 1, {7, 9, 4});
+    a /= T(2);
+    EXPECT_EQ(contents(a), (byType<T>({3, 4, 2}, {3.5, 4.5, 2})));
+    a *= b;
+    a -= b;
+    a += T(1);
+    a *= T(3);
+    EXPECT_EQ(contents(a), (byType<T>({15, 39, 21}, {18, 45, 21})));
+
+    ZoArray2D<T> result(3, 1);
+    result.Min(grid<T>(3, 1, {1, 5, 3}), grid<T>(3, 1, {2, 4, 3}));
+    EXPECT_EQ(contents(result), (std::vector<double>{1, 4, 3}));
+    result.Max(grid<T>(3, 1, {1, 5, 3}), grid<T>(3, 1, {2, 4, 3}));
+    EXPECT_EQ(contents(result), (std::vector<double>{2, 5, 3}));
+    result = grid<T>(3, 1, {1, 5, 9});
+    result.MinThreshold(T(5), T(0));
+    result.MaxThreshold(T(5), T(100));
+    EXPECT_EQ(contents(result), (std::vector<double>{0, 5, 100}));
+    result.Clamp(T(2), T(50));
+    EXPECT_EQ(contents(result), (std::vector<double>{2, 5, 50}));
+    EXPECT_EQ(result.GetMin(), T(2));
+    EXPECT_EQ(result.GetMax(), T(50));
+
+    result = grid<T>(3, 1, {10, 16, 2});
+    result.Sqrt();
+    EXPECT_EQ(contents(result), (byType<T>({3, 4, 1}, {static_cast<float>(std::sqrt(10.0f)), 4, static_cast<float>(std::sqrt(2.0f))})));
+    result = grid<T>(3, 1, {0, 1, 1});
+    result.Atan2(grid<T>(3, 1, {1, 1, 0}));
+    const double quarter = std::atan2(1.0, 0.0), eighth = std::atan2(1.0, 1.0);
+    EXPECT_EQ(contents(result), (byType<T>({1, 0, 0}, {static_cast<float>(quarter), static_cast<float>(eighth), 0})));
+}
+
+TYPED_TEST(ZoArray2DTest, NormalizeIsIntegerArithmeticForIntegerTypes)
+{
+    typedef TypeParam T;
+    ZoArray2D<T> values = grid<T>(3, 1, {10, 20, 30});
+    values.Normalize();
+    EXPECT_EQ(contents(values), (byType<T>({0, 0, 1}, {0, 0.5, 1})));
+    ZoArray2D<T> constant = grid<T>(2, 1, {4, 4});
+    if constexpr (std::is_integral_v<T>) {
+        EXPECT_THROW(constant.Normalize(), ZoExceptionDivisionByZero);
+    } else {
+        constant.Normalize();
+        EXPECT_TRUE(std::isnan(constant[0][0]));
+    }
+}
+
+TYPED_TEST(ZoArray2DTest, InterpolationClampsItsNeighboursAtTheLastColumnAndRow)
+{
+    typedef TypeParam T;
+    const ZoArray2D<T> ramp = grid<T>(3, 2, {0, 10, 20, 1, 11, 21});
+    EXPECT_EQ(ramp.GetInterpolated(2.0f, 0.0f), T(20)); // x = width - 1 uses the last column twice
+    EXPECT_EQ(ramp.GetInterpolated(2.0f, 1.0f), T(21));
+    EXPECT_EQ(ramp.GetInterpolated(0.5f, 0.0f), T(5));
+    EXPECT_EQ(ramp.GetInterpolated(1.25f, 0.5f), std::is_integral_v<T> ? T(13) : T(13.0f));
+    EXPECT_EQ(ramp.GetInterpolated(0.25f, 0.0f), std::is_integral_v<T> ? T(2) : T(2.5f)); // truncated
+
+    EXPECT_TRUE(ramp.IsValidCoordinate(2, 1));
+    EXPECT_TRUE(ramp.IsValidCoordinate(2u, 1u));
+    EXPECT_FALSE(ramp.IsValidCoordinate(3u, 0u));
+    EXPECT_FALSE(ramp.IsValidCoordinate(-1, 0));
+    EXPECT_FALSE(ramp.IsValidCoordinate(0, 2));
+    EXPECT_FALSE(ramp.IsValidCoordinate(2.0f, 0.0f)); // strict: the right neighbour must exist
+    EXPECT_TRUE(ramp.IsValidCoordinate(1.99f, 0.5f));
+    EXPECT_FALSE(ramp.IsValidCoordinate(1.0f, 1.0f));
+    EXPECT_FALSE(ramp.IsValidCoordinate(-0.01f, 0.0f));
+    EXPECT_FALSE(ramp.IsValidCoordinateX(std::numeric_limits<float>::quiet_NaN()));
+    EXPECT_FALSE(ramp.IsValidCoordinateY(std::numeric_limits<float>::quiet_NaN()));
+}
+
+TYPED_TEST(ZoArray2DTest, FloodFillChangesTheFourConnectedRegionOnly)
+{
+    typedef TypeParam T;
+    ZoArray2D<T> zeros(3, 3);
+    zeros.Zero();
+    EXPECT_EQ(zeros.FillArea(1, 1, T(0), T(5)), 9u);
+    EXPECT_EQ(contents(zeros), std::vector<double>(9, 5));
+    EXPECT_EQ(zeros.FillArea(0, 0, T(0), T(7)), 0u); // the start does not hold oldValue
+    EXPECT_EQ(contents(zeros), std::vector<double>(9, 5));
+
+    // Walls of 1; the diagonal gap does not connect, the bottom row does.
+    ZoArray2D<T> maze = grid<T>(5, 4, {0, 1, 0, 0, 0,  //
+                                       0, 1, 0, 1, 0,  //
+                                       1, 0, 1, 1, 0,  //
+                                       0, 0, 0, 1, 0});
+    EXPECT_EQ(maze.FillArea(2, 0, T(0), T(8)), 7u);
+    EXPECT_EQ(contents(maze), (std::vector<double>{0, 1, 8, 8, 8, 0, 1, 8, 1, 8, 1, 0, 1, 1, 8, 0, 0, 0, 1, 8}));
+    EXPECT_EQ(maze.FillArea(0, 3, T(0), T(2)), 4u);
+    EXPECT_EQ(maze.FillArea(0, 0, T(0), T(3)), 2u);
+    if constexpr (std::is_floating_point_v<T>) {
+        ZoArray2D<T> nan(2, 1);
+        nan.Set(std::numeric_limits<T>::quiet_NaN());
+        EXPECT_EQ(nan.FillArea(0, 0, nan[0][0], T(1)), 0u);
+    }
+}
+
+TYPED_TEST(ZoArray2DTest, BlitCopiesRectanglesClippedAtTheDestination)
+{
+    typedef TypeParam T;
+    const ZoArray2D<T> source = grid<T>(3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9});
+    ZoArray2D<T> target(4, 3);
+    target.Zero();
+    target.BlitFrom(source, ZoRect<uint32_t>(1, 3, 0, 2), ZoPoint<uint32_t>(3, 1)); // clipped to one column
+    EXPECT_EQ(contents(target), (std::vector<double>{0, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0, 5}));
+    target.BlitFrom(source, ZoRect<uint32_t>(0, 2, 1, 3));
+    EXPECT_EQ(contents(target), (std::vector<double>{4, 5, 0, 0, 7, 8, 0, 2, 0, 0, 0, 5}));
+    target.BlitFrom(source, ZoRect<uint32_t>(0, 3, 0, 3), ZoPoint<uint32_t>(4, 0)); // entirely outside
+    target.BlitFrom(source);
+    EXPECT_EQ(contents(target), (std::vector<double>{1, 2, 3, 0, 4, 5, 6, 2, 7, 8, 9, 5}));
+}
+
+TYPED_TEST(ZoArray2DTest, SerializedFormRoundTripsAndRefusesOtherElementSizes)
+{
+    typedef TypeParam T;
+    const ZoArray2D<T> source = grid<T>(3, 2, {1, 2, 3, 4, 5, 250});
+    const std::vector<unsigned char> bytes = serialized(source);
+    ASSERT_EQ(bytes.size(), 16 + 6 * sizeof(T));
+    EXPECT_EQ(std::vector<unsigned char>(bytes.begin(), bytes.begin() + 16),
+              Bytes({0, 0, 0, 0, 3, 0, 0, 0, 2, 0, 0, 0, static_cast<int>(sizeof(T)), 0, 0, 0}));
+
+    ZoArray2D<T> read(7, 7);
+    ZoStreamReadBinaryMemory in(bytes);
+    read.Serialize(in);
+    EXPECT_EQ(contents(read), contents(source));
+    EXPECT_EQ(in.GetRemaining(), 0u);
+    // The same count in a borrowed block is read into that block.
+    T callers[6] = {};
+    ZoArray2D<T> borrowed(2, 3, callers, 0);
+    ZoStreamReadBinaryMemory again(bytes);
+    borrowed.Serialize(again);
+    EXPECT_EQ(borrowed.GetData(), callers);
+    EXPECT_EQ(borrowed.GetWidth(), 3u);
+    EXPECT_EQ(borrowed[1][2], T(250));
+}
+
+TEST(ZoArray2DTest, ByteArraysSerializeToTheseBytesAndDumpAsRows)
+{
+    const ZoArray2D<unsigned short> pair = grid<unsigned short>(2, 1, {1, 0x302});
+    EXPECT_EQ(serialized(pair), Bytes({0, 0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, 1, 0, 2, 3}));
+    ZoStreamWriteASCIIString text;
+    grid<unsigned char>(2, 1, {1, 2}).Dump(text);
+    EXPECT_EQ(text.GetText(), CString(u"[1\t2\t]\n"));
+    text.Empty();
+    grid<uint32_t>(1, 2, {4000000000.0, 0}).Dump(text);
+    EXPECT_EQ(text.GetText(), CString(u"[4000000000\t]\n[0\t]\n"));
+}
+
+TEST(ZoArray2DTest, ReadingAnotherElementSizeThrowsWithTheDimensionsStored)
+{
+    const ZoArray2D<float> floats = grid<float>(3, 2, {1, 2, 3, 4, 5, 6});
+    ZoArray2D<unsigned short> shorts = grid<unsigned short>(2, 2, {1, 2, 3, 4});
+    ZoStreamReadBinaryMemory in(serialized(floats));
+    try {
+        shorts.Serialize(in);
+        ADD_FAILURE() << "a float array was read as unsigned short";
+    } catch (const ZoExceptionWrongFileVersion& e) {
+        EXPECT_EQ(e.GetCodeLine(), 757u);
+        EXPECT_EQ(e.GetThrowingClassName(), CString(u"ZoArray2D"));
+        EXPECT_EQ(e.GetThrowingMethodName(), CString(u"Serialize"));
+        EXPECT_EQ(e.GetFileName(), CString(u"..\\base\\ZoArray2D.cpp"));
+    }
+    EXPECT_EQ(shorts.GetWidth(), 3u);
+    EXPECT_EQ(shorts.GetHeight(), 2u);
+    // The storage no longer matches, so there is none; element-wise use stays harmless.
+    EXPECT_EQ(shorts.GetData(), nullptr);
+    shorts += static_cast<unsigned short>(1);
+    EXPECT_EQ(shorts.GetMax(), 0);
+    EXPECT_EQ(serialized(shorts), Bytes({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0}));
+    // With an unchanged count the old block stays, reshaped.
+    ZoArray2D<unsigned short> sameCount = grid<unsigned short>(6, 1, {1, 2, 3, 4, 5, 6});
+    ZoStreamReadBinaryMemory again(serialized(floats));
+    EXPECT_THROW(sameCount.Serialize(again), ZoExceptionWrongFileVersion);
+    EXPECT_EQ(contents(sameCount), (std::vector<double>{1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(sameCount[1][0], 4);
+}
+
+TEST(ZoArray2DTest, DamagedDimensionsEndInTheLibrarysExceptionsWithoutHugeAllocations)
+{
+    auto readInto = [](ZoArray2D<float>& array, const std::vector<unsigned char>& bytes) {
+        ZoStreamReadBinaryMemory in(bytes);
+        array.Serialize(in);
+    };
+    ZoArray2D<float> array;
+    // 65536 x 65536 floats claimed, 8 bytes present.
+    EXPECT_THROW(readInto(array, Bytes({0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0, 4, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8})), ZoExceptionStream);
+    EXPECT_EQ(array.GetData(), nullptr);
+    // The largest claim the format can make.
+    EXPECT_THROW(readInto(array, Bytes({0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 4, 0, 0, 0, 1})), ZoExceptionStream);
+    // A zero width with a huge height holds no elements and needs no rows.
+    readInto(array, Bytes({0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 4, 0, 0, 0}));
+    EXPECT_EQ(array.GetHeight(), 0xFFFFFFFFu);
+    EXPECT_EQ(array.GetData(), nullptr);
+    // A newer version, and every truncation of a valid array.
+    EXPECT_THROW(readInto(array, Bytes({1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0})), ZoExceptionWrongFileVersion);
+    const std::vector<unsigned char> whole = serialized(grid<float>(3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9}));
+    for (size_t length = 0; length < whole.size(); ++length) {
+        ZoArray2D<float> target(3, 3);
+        EXPECT_THROW(readInto(target, std::vector<unsigned char>(whole.begin(), whole.begin() + static_cast<long>(length))), ZoException)
+            << "length " << length;
+    }
+    // A large array grows its block as the data arrives and still reads whole.
+    ZoArray2D<uint32_t> large(1024, 1100);
+    for (uint32_t y = 0; y < large.GetHeight(); ++y)
+        for (uint32_t x = 0; x < large.GetWidth(); ++x)
+            large[y][x] = y * 4096 + x;
+    ZoArray2D<uint32_t> largeRead;
+    ZoStreamReadBinaryMemory largeIn(serialized(large));
+    largeRead.Serialize(largeIn);
+    EXPECT_EQ(largeRead[1099][1023], 1099u * 4096 + 1023);
+    EXPECT_EQ(std::memcmp(largeRead.GetData(), large.GetData(), 1024 * 1100 * 4), 0);
+}
+
+} // namespace

@@ -1,0 +1,392 @@
+#include "base/ZoEvent.h"
+#include "base/ZoThread.h"
+#include "base/ZoThreadPolicyMFC.h"
+#include "platform/ZoOS.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+template <class Predicate>
+bool waitUntil(Predicate done, int timeoutMs = 20000)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+const uint32_t sc_uiLongWaitMs = 30000;
+
+// The object whose member function a thread runs; what it does is chosen per test.
+struct Job
+{
+    enum EMode
+    {
+        eSucceed,
+        eReturnZero,
+        eThrow,
+        eWaitForGate,
+        eSpin,
+    };
+
+    explicit Job(EMode jobMode) : mode(jobMode) {}
+
+    int Run()
+    {
+        ++runs;
+        switch (mode) {
+        case eSucceed:
+            return 1;
+        case eReturnZero:
+            return 0;
+        case eThrow:
+            throw std::runtime_error("job failed");
+        case eWaitForGate: {
+            struct UnwindProbe
+            {
+                std::atomic<bool>& flag;
+                ~UnwindProbe() { flag = true; }
+            } probe{unwound};
+            waiting = true;
+            gate.Wait(INFINITE);
+            passedGate = true;
+            return 1;
+        }
+        case eSpin:
+            while (!stop.load()) {
+                ++spins;
+                std::this_thread::yield();
+            }
+            return 1;
+        }
+        return 0;
+    }
+
+    const EMode mode;
+    ZoEvent gate{true};
+    std::atomic<int> runs{0};
+    std::atomic<bool> waiting{false};
+    std::atomic<bool> passedGate{false};
+    std::atomic<bool> unwound{false};
+    std::atomic<bool> stop{false};
+    std::atomic<long long> spins{0};
+};
+
+class JobThread : public ZoThread<Job, ZoThreadPolicyMFC>
+{
+public:
+    explicit JobThread(Job& job, EThreadPriority priority = eNormal, bool throwBeforeRun = false,
+                       std::atomic<bool>* destroyed = nullptr)
+        : ZoThread<Job, ZoThreadPolicyMFC>(job, &Job::Run, CString(u"JobThread"), priority),
+          m_throwBeforeRun(throwBeforeRun), m_destroyed(destroyed)
+    {
+    }
+    ~JobThread() override
+    {
+        if (m_destroyed != nullptr)
+            *m_destroyed = true;
+    }
+
+    std::atomic<int> beforeRunCalls{0};
+    std::atomic<int> afterRunCalls{0};
+    std::atomic<bool> startupDone{false};
+
+protected:
+    void onBeforeRun() override
+    {
+        ++beforeRunCalls;
+        if (m_throwBeforeRun)
+            throw std::runtime_error("start-up failed");
+        // Some start-up work that StartAndWait must wait for.
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        startupDone = true;
+    }
+    void onAfterRun(uint32_t) override { ++afterRunCalls; }
+
+private:
+    const bool m_throwBeforeRun;
+    std::atomic<bool>* const m_destroyed;
+};
+
+uint32_t exitCodeOf(HANDLE thread)
+{
+    uint32_t code = 0;
+    EXPECT_TRUE(ZoOS::GetThreadExitCode(thread, code));
+    return code;
+}
+
+TEST(ZoThreadConcurrentTest, RoutineRunsTheHooksAndTheRunFunction)
+{
+    Job job(Job::eSucceed);
+    JobThread thread(job);
+    EXPECT_EQ(thread.GetThreadId(), 0u);
+    EXPECT_EQ(thread.GetState(), 0u);
+    EXPECT_FALSE(thread.IsRunning());
+    EXPECT_TRUE(thread.WaitUntilTerminate(0)) << "no thread: the failed wait reports true";
+
+    ZoEvent ended(true);
+    thread.SetTerminateEvent(ended);
+    ASSERT_TRUE(thread.Start());
+    EXPECT_NE(thread.GetThreadHandle(), nullptr);
+    EXPECT_NE(thread.GetThreadId(), 0u);
+    EXPECT_EQ(ended.Wait(sc_uiLongWaitMs), ZoEvent::eWaitSignaled);
+    ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
+    EXPECT_EQ(job.runs.load(), 1);
+    EXPECT_EQ(thread.beforeRunCalls.load(), 1);
+    EXPECT_EQ(thread.afterRunCalls.load(), 1);
+    EXPECT_TRUE(thread.IsSuccessful());
+    EXPECT_EQ(thread.GetState(), uint32_t(JobThread::eStarted | JobThread::eFinished));
+    EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), 0u);
+    EXPECT_FALSE(thread.IsRunning());
+}
+
+TEST(ZoThreadConcurrentTest, FailuresBecomeExitCodeOne)
+{
+    struct Case
+    {
+        Job::EMode mode;
+        bool throwBeforeRun;
+        int expectedRuns;
+    };
+    const Case cases[] = {
+        {Job::eReturnZero, false, 1}, // a run function returning 0
+        {Job::eThrow, false, 1},      // an exception from the run function
+        {Job::eSucceed, true, 0},     // an exception from onBeforeRun skips the run function
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "mode " << c.mode << ", throwing hook " << c.throwBeforeRun);
+        Job job(c.mode);
+        JobThread thread(job, JobThread::eNormal, c.throwBeforeRun);
+        ASSERT_TRUE(thread.Start());
+        ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
+        EXPECT_EQ(job.runs.load(), c.expectedRuns);
+        EXPECT_FALSE(thread.IsSuccessful());
+        EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), 1u);
+        EXPECT_EQ(thread.afterRunCalls.load(), 0) << "onAfterRun runs only after a successful run function";
+        EXPECT_EQ(thread.GetState() & (JobThread::eFinished | JobThread::eFailed | JobThread::eRunning),
+                  uint32_t(JobThread::eFinished | JobThread::eFailed));
+    }
+}
+
+TEST(ZoThreadConcurrentTest, StartWhileRunningChangesNothingAndRestartAfterTheEnd)
+{
+    Job job(Job::eWaitForGate);
+    JobThread thread(job);
+    ASSERT_TRUE(thread.Start());
+    ASSERT_TRUE(waitUntil([&] { return job.waiting.load(); }));
+    EXPECT_TRUE(thread.IsRunning());
+    EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), STILL_ACTIVE);
+    const HANDLE handle = thread.GetThreadHandle();
+    const uint32_t id = thread.GetThreadId();
+    EXPECT_FALSE(thread.Start());
+    EXPECT_EQ(thread.GetThreadHandle(), handle);
+    EXPECT_EQ(thread.GetThreadId(), id);
+    EXPECT_FALSE(thread.WaitUntilTerminate(0));
+
+    job.gate.Set();
+    ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
+    ASSERT_TRUE(thread.Start()) << "a finished thread object starts a new thread";
+    ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
+    EXPECT_EQ(job.runs.load(), 2);
+    EXPECT_TRUE(thread.IsSuccessful());
+}
+
+TEST(ZoThreadConcurrentTest, StartAndWaitReturnsAfterTheStartUpHook)
+{
+    Job job(Job::eWaitForGate);
+    JobThread thread(job);
+    ASSERT_TRUE(thread.StartAndWait());
+    EXPECT_TRUE(thread.startupDone.load());
+    EXPECT_TRUE(thread.IsRunning()) << "StartAndWait does not wait for the run function";
+    job.gate.Set();
+    ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
+
+    Job failing(Job::eSucceed);
+    JobThread failingStart(failing, JobThread::eNormal, true);
+    EXPECT_TRUE(failingStart.StartAndWait()) << "a failed start-up hook still releases the caller";
+    ASSERT_TRUE(failingStart.WaitUntilTerminate(sc_uiLongWaitMs));
+    EXPECT_FALSE(failingStart.IsSuccessful());
+}
+
+TEST(ZoThreadConcurrentTest, AutoDeleteObjectDeletesItself)
+{
+    Job job(Job::eSucceed);
+    std::atomic<bool> destroyed{false};
+    auto* thread = new JobThread(job, JobThread::eNormal, false, &destroyed);
+    thread->AddFlags(JobThread::eAutoDelete);
+    EXPECT_TRUE(thread->IsFlagsSet(JobThread::eAutoDelete));
+    ASSERT_TRUE(thread->Start());
+    // The creator does not touch the object after Start.
+    EXPECT_TRUE(waitUntil([&] { return destroyed.load(); }));
+    EXPECT_EQ(job.runs.load(), 1);
+}
+
+TEST(ZoThreadConcurrentTest, SuspendStopsTheThreadUntilResume)
+{
+    Job job(Job::eSpin);
+    JobThread thread(job);
+    EXPECT_FALSE(thread.Suspend()) << "nothing runs yet";
+    EXPECT_FALSE(thread.Resume());
+    ASSERT_TRUE(thread.Start());
+    ASSERT_TRUE(waitUntil([&] { return job.spins.load() > 0; }));
+
+    ASSERT_TRUE(thread.Suspend());
+    EXPECT_TRUE(thread.GetState() & JobThread::eSuspended);
+    EXPECT_TRUE(thread.Suspend()) << "already suspended";
+    const long long frozen = job.spins.load();
+    // Nothing to wait for but time: a stopped thread cannot move the counter, however long.
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_EQ(job.spins.load(), frozen);
+
+    ASSERT_TRUE(thread.Resume());
+    EXPECT_FALSE(thread.GetState() & JobThread::eSuspended);
+    EXPECT_TRUE(thread.Resume()) << "not suspended";
+    EXPECT_TRUE(waitUntil([&] { return job.spins.load() > frozen; }));
+    job.stop = true;
+    ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
+    EXPECT_TRUE(thread.IsSuccessful());
+}
+
+TEST(ZoThreadConcurrentTest, TerminateEndsAWaitingThread)
+{
+    Job job(Job::eWaitForGate);
+    JobThread thread(job);
+    ASSERT_TRUE(thread.Start());
+    ASSERT_TRUE(waitUntil([&] { return job.waiting.load(); }));
+    const HANDLE observer = ZoOS::DuplicateObjectHandle(thread.GetThreadHandle(), false);
+    ASSERT_NE(observer, nullptr);
+
+    thread.Terminate();
+    EXPECT_EQ(thread.GetThreadHandle(), nullptr);
+    EXPECT_EQ(thread.GetState(), uint32_t(JobThread::eFinished));
+    EXPECT_FALSE(thread.IsRunning());
+    // The thread ended in its wait: the rest of its routine never ran.
+    EXPECT_EQ(ZoOS::WaitForObject(observer, sc_uiLongWaitMs), ZoOS::sc_waitObject0);
+    EXPECT_EQ(exitCodeOf(observer), STILL_ACTIVE) << "the code Terminate hands to the system";
+    job.gate.Set();
+    EXPECT_FALSE(job.passedGate.load());
+    EXPECT_EQ(thread.afterRunCalls.load(), 0);
+#if !defined(_WIN32)
+    EXPECT_TRUE(job.unwound.load()) << "a cancelled POSIX thread unwinds its stack";
+#endif
+    ZoOS::CloseObjectHandle(observer);
+
+    ASSERT_TRUE(thread.Start()) << "a terminated thread object starts again";
+    ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
+    EXPECT_TRUE(job.passedGate.load());
+}
+
+TEST(ZoThreadConcurrentTest, PriorityLadder)
+{
+    Job job(Job::eWaitForGate);
+    JobThread thread(job, JobThread::eBelowNormal);
+    EXPECT_FALSE(thread.SetPriority(JobThread::eNormal)) << "no thread yet";
+    ASSERT_TRUE(thread.Start());
+    EXPECT_EQ(thread.GetPriority(), JobThread::eBelowNormal) << "Start applies the requested priority";
+
+    // From the top down, so that a process that may only lower priorities still walks the ladder.
+    const JobThread::EThreadPriority ladder[] = {JobThread::eTimeCritical, JobThread::eHighest,     JobThread::eAboveNormal,
+                                                 JobThread::eNormal,       JobThread::eBelowNormal, JobThread::eLowest,
+                                                 JobThread::eIdle};
+    bool mayRaise = true;
+    for (JobThread::EThreadPriority priority : ladder) {
+        SCOPED_TRACE(testing::Message() << "priority " << priority);
+        if (thread.SetPriority(priority)) {
+            EXPECT_EQ(thread.GetPriority(), priority) << "the value set is the value read";
+        } else {
+#if defined(_WIN32)
+            ADD_FAILURE() << "Windows accepts every step of the ladder";
+#else
+            const uint32_t error = ZoOS::GetLastErrorCode();
+            EXPECT_TRUE(error == EACCES || error == EPERM) << "only a raise may be refused, error " << error;
+            EXPECT_GT(priority, JobThread::eBelowNormal);
+            mayRaise = false;
+#endif
+        }
+    }
+    EXPECT_EQ(thread.GetPriority(), JobThread::eIdle);
+    EXPECT_FALSE(thread.SlowDown()) << "the bottom of the ladder";
+    EXPECT_EQ(thread.GetPriority(), JobThread::eIdle);
+    EXPECT_EQ(thread.GetRequestedPriority(), JobThread::eBelowNormal) << "SetPriority leaves the request alone";
+
+    if (mayRaise) {
+        ASSERT_TRUE(thread.SetPriority(JobThread::eTimeCritical));
+        EXPECT_FALSE(thread.SpeedUp()) << "the top of the ladder";
+        EXPECT_TRUE(thread.SlowDown());
+        EXPECT_EQ(thread.GetPriority(), JobThread::eHighest);
+        EXPECT_TRUE(thread.SpeedUp());
+        EXPECT_EQ(thread.GetPriority(), JobThread::eTimeCritical);
+    }
+    job.gate.Set();
+    ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
+    if (!mayRaise)
+        GTEST_SKIP() << "this process may not raise thread priorities; the top of the ladder was not checked";
+}
+
+uint32_t countAndReturn(void* argument)
+{
+    ++*static_cast<std::atomic<int>*>(argument);
+    return 42;
+}
+
+// The layer under ZoThread, the same on both targets: suspended creation, suspend counts, exit codes,
+// thread handles in waits, duplicates and closing.
+TEST(ZoThreadOSConcurrentTest, SuspendedCreationSuspendCountsAndExitCodes)
+{
+    std::atomic<int> ran{0};
+    uint32_t id = 0;
+    const HANDLE thread = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
+    ASSERT_NE(thread, nullptr);
+    EXPECT_NE(id, 0u);
+    EXPECT_NE(id, ZoOS::GetCurrentThreadIdentifier());
+    EXPECT_EQ(ZoOS::WaitForObject(thread, 20), ZoOS::sc_waitTimeout);
+    EXPECT_EQ(ran.load(), 0) << "a thread created suspended waits for its resume";
+    EXPECT_EQ(ZoOS::SuspendThreadObject(thread), 1u) << "created suspended: the count was 1";
+    EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 2u);
+    EXPECT_EQ(exitCodeOf(thread), STILL_ACTIVE);
+    EXPECT_EQ(ran.load(), 0) << "still suspended once";
+
+    ZoEvent never(true);
+    const HANDLE both[] = {never.GetHandle(), thread};
+    EXPECT_EQ(ZoOS::WaitForObjects(2, both, false, 0), ZoOS::sc_waitTimeout);
+    EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 1u);
+    EXPECT_EQ(ZoOS::WaitForObjects(2, both, false, sc_uiLongWaitMs), ZoOS::sc_waitObject0 + 1)
+        << "a thread handle is signalled when the thread ends";
+    EXPECT_EQ(ran.load(), 1);
+
+    const HANDLE duplicate = ZoOS::DuplicateObjectHandle(thread, false);
+    ASSERT_NE(duplicate, nullptr);
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(thread));
+    EXPECT_EQ(exitCodeOf(duplicate), 42u) << "the duplicate names the same thread";
+    EXPECT_EQ(ZoOS::WaitForObject(duplicate, 0), ZoOS::sc_waitObject0);
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(duplicate));
+    uint32_t code = 0;
+    EXPECT_FALSE(ZoOS::GetThreadExitCode(duplicate, code)) << "a closed handle names nothing";
+    EXPECT_EQ(ZoOS::WaitForObject(duplicate, 0), ZoOS::sc_waitFailed);
+    EXPECT_FALSE(ZoOS::CloseObjectHandle(duplicate));
+}
+
+TEST(ZoThreadOSConcurrentTest, TerminateBeforeTheFirstResume)
+{
+    std::atomic<int> ran{0};
+    uint32_t id = 0;
+    const HANDLE thread = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
+    ASSERT_NE(thread, nullptr);
+    EXPECT_TRUE(ZoOS::TerminateThreadObject(thread, 7));
+    EXPECT_EQ(ZoOS::WaitForObject(thread, sc_uiLongWaitMs), ZoOS::sc_waitObject0);
+    EXPECT_EQ(exitCodeOf(thread), 7u);
+    EXPECT_EQ(ran.load(), 0) << "the routine never started";
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(thread));
+}
+
+} // namespace

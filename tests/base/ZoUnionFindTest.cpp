@@ -1,0 +1,107 @@
+#include "base/ZoPermutationTable.h"
+#include "base/ZoUnionFind.h"
+#include "ZoContainerTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <vector>
+
+namespace {
+
+std::vector<uint32_t> setNumbers(const ZoUnionFind& sets)
+{
+    std::vector<uint32_t> numbers;
+    for (uint32_t i = 0; i < sets.GetCount(); ++i)
+        numbers.push_back(sets.GetSetNumber(i));
+    return numbers;
+}
+
+TEST(ZoUnionFindTest, SetsAreNumberedInTheOrderOfTheirSmallestElement)
+{
+    ZoUnionFind sets(5);
+    sets.AddPair(3, 4);
+    sets.AddPair(1, 3);
+    sets.AddPair(2, 2); // a pair with itself changes nothing
+    EXPECT_EQ(sets.GetRoot(4), 1u);
+    EXPECT_EQ(sets.GetRoot(2), 2u);
+    const ZoUnionFind before(sets);
+    EXPECT_EQ(sets.CreateSetNumbers(), 3u);
+    EXPECT_EQ(setNumbers(sets), (std::vector<uint32_t>{0, 1, 2, 1, 1}));
+    // The copy is deep: it still holds parents.
+    EXPECT_EQ(before.GetRoot(3), 1u);
+    ZoUnionFind assigned;
+    assigned = before;
+    assigned.AddPair(4, 0);
+    EXPECT_EQ(assigned.CreateSetNumbers(), 2u);
+    EXPECT_EQ(setNumbers(assigned), (std::vector<uint32_t>{0, 0, 1, 0, 0}));
+    EXPECT_EQ(ZoUnionFind().CreateSetNumbers(), 0u);
+    sets.InitElements(2);
+    EXPECT_EQ(sets.CreateSetNumbers(), 2u);
+}
+
+TEST(ZoUnionFindTest, RandomPairsMatchAReachabilityModel)
+{
+    const unsigned seed = zotest::ModelTestSeed();
+    std::mt19937 random(seed);
+    const uint32_t count = 300;
+    ZoUnionFind sets(count);
+    std::vector<uint32_t> label(count);
+    for (uint32_t i = 0; i < count; ++i)
+        label[i] = i;
+    for (int pair = 0; pair < 200; ++pair) {
+        const uint32_t a = random() % count, b = random() % count;
+        sets.AddPair(a, b);
+        const uint32_t from = label[b], to = label[a];
+        for (uint32_t& l : label)
+            if (l == from)
+                l = to;
+        // The root of every set stays its smallest element.
+        uint32_t smallest = count;
+        for (uint32_t i = 0; i < count; ++i)
+            if (label[i] == label[a] && i < smallest)
+                smallest = i;
+        ASSERT_EQ(sets.GetRoot(b), smallest) << "seed " << seed;
+    }
+    // Model numbering: sets in the order of their smallest element.
+    std::map<uint32_t, uint32_t> numberOfLabel;
+    std::vector<uint32_t> expected;
+    for (uint32_t i = 0; i < count; ++i) {
+        auto found = numberOfLabel.find(label[i]);
+        if (found == numberOfLabel.end())
+            found = numberOfLabel.emplace(label[i], static_cast<uint32_t>(numberOfLabel.size())).first;
+        expected.push_back(found->second);
+    }
+    EXPECT_EQ(sets.CreateSetNumbers(), numberOfLabel.size()) << "seed " << seed;
+    EXPECT_EQ(setNumbers(sets), expected) << "seed " << seed;
+}
+
+TEST(ZoPermutationTableTest, NumbersValuesInOrderOfFirstOccurrence)
+{
+    const uint32_t values[] = {2, 0, 2, 1};
+    const ZoPermutationTable table(values, 4);
+    EXPECT_EQ(table.GetNumUniqueEntries(), 3u);
+    EXPECT_EQ(table.GetUnique(2), 0u);
+    EXPECT_EQ(table.GetUnique(0), 1u);
+    EXPECT_EQ(table.GetUnique(1), 2u);
+    EXPECT_EQ(table.GetUnique(3), 0xFFFFFFFFu); // absent from the input
+    EXPECT_EQ(table.GetOriginal(0), 2u);
+    EXPECT_EQ(table.GetOriginal(1), 0u);
+    EXPECT_EQ(table.GetOriginal(2), 1u);
+
+    // Copies share the tables; destroying them in any order is safe (the sanitizer build watches).
+    auto* copy = new ZoPermutationTable(table);
+    const uint32_t others[] = {1, 1};
+    ZoPermutationTable assigned(others, 2);
+    assigned = *copy;
+    delete copy;
+    EXPECT_EQ(assigned.GetOriginal(2), 1u);
+    EXPECT_EQ(assigned.GetNumUniqueEntries(), 3u);
+    EXPECT_EQ(table.GetUnique(1), 2u);
+    const uint32_t none[] = {0};
+    const ZoPermutationTable empty(none, 0);
+    EXPECT_EQ(empty.GetNumUniqueEntries(), 0u);
+}
+
+} // namespace
