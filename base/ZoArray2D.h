@@ -499,7 +499,7 @@ private:
     int32_t m_ownsData;
 };
 
-extern template class ZO_INSTANCE_API ZoArray2D<unsigned char>;
-extern template class ZO_INSTANCE_API ZoArray2D<unsigned short>;
-extern template class ZO_INSTANCE_API ZoArray2D<uint32_t>;
-extern template class ZO_INSTANCE_API ZoArray2D<float>;
+ZO_EXTERN_TEMPLATE(class ZoArray2D<unsigned char>)
+ZO_EXTERN_TEMPLATE(class ZoArray2D<unsigned short>)
+ZO_EXTERN_TEMPLATE(class ZoArray2D<uint32_t>)
+ZO_EXTERN_TEMPLATE(class ZoArray2D<float>)
