@@ -8,7 +8,10 @@
 // modulo the bucket count. Iteration visits buckets in order and each chain from its head.
 //
 // The bucket table is made on the first insertion (or at construction when asked) and released when
-// the last association is removed. Positions are opaque: a position is an association, null at the
+// the last association is removed. When the associations outnumber the buckets four to one the
+// table grows to 2n + 1 buckets and the chains are relinked (no association moves in memory), so a
+// map that outgrows its 17 buckets keeps short chains; a table released on emptying starts again at
+// the size it was given. Positions are opaque: a position is an association, null at the
 // end. Not synchronised.
 #pragma once
 
@@ -21,6 +24,7 @@
 #include <cstdint>
 #include <new>
 #include <type_traits>
+#include <vector>
 
 inline uint32_t ZoHashKey(const CString& key)
 {
@@ -60,7 +64,8 @@ public:
 
     // `createBuckets` makes the (cleared) bucket table at once instead of on the first insertion.
     explicit ZoMap(uint32_t nodesPerBlock = 10, uint32_t bucketCount = sc_uiDefaultBucketCount, bool createBuckets = false)
-        : m_plexManager(new PlexManager(nodesPerBlock)), m_count(0), m_bucketCount(bucketCount == 0 ? 1 : bucketCount)
+        : m_plexManager(new PlexManager(nodesPerBlock)), m_count(0), m_bucketCount(bucketCount == 0 ? 1 : bucketCount),
+          m_initialBucketCount(m_bucketCount)
     {
         if (createBuckets)
             createBucketTable();
@@ -95,7 +100,7 @@ public:
         if (m_count != 0 || bucketCount == 0)
             return;
         m_buckets.SetMemoryElementCount(0, 0);
-        m_bucketCount = bucketCount;
+        m_bucketCount = m_initialBucketCount = bucketCount;
         if (createNow)
             createBucketTable();
     }
@@ -132,8 +137,10 @@ public:
             if (association->key == key) {
                 *link = association->next;
                 freeAssociation(association);
-                if (--m_count == 0)
+                if (--m_count == 0) {
                     m_buckets.SetMemoryElementCount(0, 0);
+                    m_bucketCount = m_initialBucketCount;
+                }
                 return true;
             }
             link = &association->next;
@@ -152,6 +159,7 @@ public:
         }
         m_count = 0;
         m_buckets.SetMemoryElementCount(0, 0);
+        m_bucketCount = m_initialBucketCount;
     }
 
     Position GetStartPosition() const { return firstFrom(0); }
@@ -205,7 +213,33 @@ private:
         association->next = m_buckets[bucket];
         m_buckets[bucket] = association;
         ++m_count;
+        if (m_count / 4 > m_bucketCount && m_bucketCount < 0x7FFFFFFFu)
+            rehash(m_bucketCount * 2 + 1);
         return association;
+    }
+    // Relinks every association into a table of `bucketCount` buckets; chains keep their relative
+    // order within each new bucket.
+    void rehash(uint32_t bucketCount)
+    {
+        ZoArray<SAssociation*, 0> buckets;
+        buckets.SetElementCount(bucketCount, 0);
+        buckets.Reset();
+        std::vector<SAssociation**> tails(bucketCount);
+        for (uint32_t i = 0; i < bucketCount; ++i)
+            tails[i] = &buckets[i];
+        for (uint32_t old = 0; old < m_buckets.GetCount(); ++old) {
+            for (SAssociation* association = m_buckets[old]; association != nullptr;) {
+                SAssociation* next = association->next;
+                const uint32_t bucket = ZoHashKey(association->key) % bucketCount;
+                association->bucketIndex = bucket;
+                association->next = nullptr;
+                *tails[bucket] = association;
+                tails[bucket] = &association->next;
+                association = next;
+            }
+        }
+        m_buckets = buckets;
+        m_bucketCount = bucketCount;
     }
     void freeAssociation(SAssociation* association)
     {
@@ -231,4 +265,5 @@ private:
     ZoArray<SAssociation*, 0> m_buckets;
     uint32_t m_count;
     uint32_t m_bucketCount;
+    uint32_t m_initialBucketCount;
 };

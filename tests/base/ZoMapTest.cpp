@@ -149,3 +149,34 @@ TEST(ZoMapTest, RandomOperationsMatchAStdMapModel)
 }
 
 } // namespace
+
+namespace {
+
+TEST(ZoMapGrowthTest, TheTableGrowsWithTheMapAndStartsOverWhenEmptied)
+{
+    ZoMap<CString, uint32_t> map;
+    for (uint32_t i = 0; i < 1000; ++i)
+        map[CString::Formatted(u"name%d", i)] = i;
+    EXPECT_GT(map.GetHashTableSize(), 1000u / 4);
+    for (uint32_t i = 0; i < 1000; ++i) {
+        const uint32_t* value = map.Find(CString::Formatted(u"name%d", i));
+        ASSERT_NE(value, nullptr);
+        EXPECT_EQ(*value, i);
+    }
+    // Iteration still visits buckets in order: the hash of each key never goes down.
+    uint32_t seen = 0, previousBucket = 0;
+    for (auto position = map.GetStartPosition(); position != nullptr; ++seen) {
+        CString key;
+        uint32_t value;
+        map.GetNextAssoc(position, key, value);
+        const uint32_t bucket = ZoHashKey(key) % map.GetHashTableSize();
+        EXPECT_GE(bucket, previousBucket);
+        previousBucket = bucket;
+    }
+    EXPECT_EQ(seen, 1000u);
+    for (uint32_t i = 0; i < 1000; ++i)
+        EXPECT_TRUE(map.RemoveKey(CString::Formatted(u"name%d", i)));
+    EXPECT_EQ(map.GetHashTableSize(), 17u);
+}
+
+} // namespace
