@@ -6,7 +6,8 @@
 // ZoArray<ZoEvent, 0>) is handed to the multiple wait as a plain array of handles. Copies (copy
 // construction, assignment) duplicate the handle: they name the same event and may live in other
 // threads. Elements put into a ZoArray are copied as raw bytes and borrow the source's handle; the
-// source must outlive the array's use of it.
+// source must outlive the array's use of it. Fill such arrays with Add: assigning to an element of
+// uninitialised storage would close whatever its bytes happen to name.
 //
 // Operations report failure by their result, never by an exception. Every operation except
 // construction, copying and destruction first clears the OS layer's last error, so that a caller

@@ -53,10 +53,15 @@ public:
 
 protected:
     ZoSingleton() = default;
+    // Clears the instance only when it is this object, so that other objects of T (a test's
+    // stand-in, say) can come and go without touching the process's instance.
     virtual ~ZoSingleton()
     {
-        s_bConstructed.store(false, std::memory_order_release);
-        s_pInstance.store(nullptr, std::memory_order_release);
+        T* instance = s_pInstance.load(std::memory_order_acquire);
+        if (instance != nullptr && static_cast<ZoSingleton*>(instance) == this) {
+            s_bConstructed.store(false, std::memory_order_release);
+            s_pInstance.store(nullptr, std::memory_order_release);
+        }
     }
     ZoSingleton(const ZoSingleton&) = delete;
     ZoSingleton& operator=(const ZoSingleton&) = delete;

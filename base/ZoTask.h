@@ -30,6 +30,12 @@ public:
     ZoTask& operator=(const ZoTask& other);
     ~ZoTask() override;
 
+protected:
+    // The work. True for success. (Declared here, after the destructor: the slot order of the
+    // virtual operations is part of the class's binary interface.)
+    virtual CheckedBool run() = 0;
+
+public:
     // Calls run(). An exception makes the task unsuccessful and goes no further; otherwise the
     // result is looked at and becomes the success flag. Does not signal the done event.
     void Run();
@@ -46,10 +52,6 @@ public:
     virtual void onAfterRun();
     // Empty; for derived classes that support cancelling.
     virtual void onCancel();
-
-protected:
-    // The work. True for success.
-    virtual CheckedBool run() = 0;
 
 private:
     ZoEvent m_done;

@@ -27,7 +27,6 @@ public:
 
 protected:
     friend class ZoTaskQueue;
-    friend class ZoWorkerThread;
 
     virtual void onTaskQueueEvent(EEvent event, ZoSmartPointer<ZoTask> task) = 0;
 };

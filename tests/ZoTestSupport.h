@@ -5,11 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <thread>
 #include <vector>
 
 #if defined(_WIN32)
@@ -65,6 +67,20 @@ private:
 
     std::filesystem::path m_path;
 };
+
+// Polls `done` until it holds or the generous deadline passes; false on timeout. Asynchronous
+// results are awaited this way, never by sleeping a fixed time.
+template <class Predicate>
+bool WaitUntil(Predicate done, int timeoutMs = 30000)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
 
 inline std::vector<unsigned char> ReadBytes(const std::string& path)
 {

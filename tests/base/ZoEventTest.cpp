@@ -2,6 +2,8 @@
 #include "base/ZoEvent.h"
 #include "platform/ZoOS.h"
 
+#include "ZoTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -10,18 +12,6 @@
 #include <vector>
 
 namespace {
-
-template <class Predicate>
-bool waitUntil(Predicate done, int timeoutMs = 20000)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 // An array element that borrows `event`'s handle, as ZoArray copies elements as raw bytes.
 void addBorrowed(ZoArray<ZoEvent, 0>& events, const ZoEvent& event)
@@ -161,7 +151,7 @@ TEST(ZoEventConcurrentTest, AutoResetLetsOneWaitThroughPerSignal)
     }
     for (int signal = 1; signal <= 3; ++signal) {
         turn.Set();
-        ASSERT_TRUE(waitUntil([&] { return released.load() >= signal; }));
+        ASSERT_TRUE(zotest::WaitUntil([&] { return released.load() >= signal; }));
         EXPECT_EQ(released.load(), signal);
     }
     for (std::thread& waiter : waiters)
@@ -182,7 +172,7 @@ TEST(ZoEventConcurrentTest, PulseReleasesTheWaitingThreadsAndStaysReset)
     }
     // A pulse reaches only threads already waiting: keep pulsing until every thread was caught
     // waiting once.
-    ASSERT_TRUE(waitUntil([&] {
+    ASSERT_TRUE(zotest::WaitUntil([&] {
         pulse.Pulse();
         return released.load() == 4;
     }));

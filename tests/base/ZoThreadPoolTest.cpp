@@ -5,6 +5,8 @@
 #include "base/ZoThreadPool.h"
 #include "platform/ZoOS.h"
 
+#include "ZoTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -23,18 +25,6 @@
 namespace {
 
 const unsigned int sc_uiLongWaitMs = 60000;
-
-template <class Predicate>
-bool waitUntil(Predicate done, int timeoutMs = 30000)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 // Counts how many tasks run at once, and the most that ever did.
 struct Concurrency
@@ -147,7 +137,7 @@ TEST(ZoThreadPoolConcurrentTest, OneSubmitterStaysWithinItsLimitInPriorityOrder)
                 ASSERT_TRUE(finished(task));
         };
         std::thread first(submitter), second(submitter);
-        EXPECT_TRUE(waitUntil([&] { return started.load() == 2 * limit; }));
+        EXPECT_TRUE(zotest::WaitUntil([&] { return started.load() == 2 * limit; }));
         release.Set();
         first.join();
         second.join();
@@ -165,7 +155,7 @@ TEST(ZoThreadPoolConcurrentTest, OneSubmitterStaysWithinItsLimitInPriorityOrder)
         blockers.push_back(makeTask([gate] { return gate->Wait(INFINITE) == ZoEvent::eWaitSignaled; }, &concurrency));
         ASSERT_TRUE(pool.AddTask(blockers.back()));
     }
-    ASSERT_TRUE(waitUntil([&] { return concurrency.running.load() == int(limit); }));
+    ASSERT_TRUE(zotest::WaitUntil([&] { return concurrency.running.load() == int(limit); }));
 
     // The rest waits although idle workers exist: priority order, equal priorities by arrival.
     std::mutex orderLock;
@@ -222,7 +212,7 @@ TEST(ZoThreadPoolConcurrentTest, AnotherSubmitterProgressesWhileOneIsAtItsLimit)
         }));
         ASSERT_TRUE(pool.AddTask(busy.back(), ZoThreadPool::eTaskPriorityHighest));
     }
-    ASSERT_TRUE(waitUntil([&] { return blocked.load() == limit; }));
+    ASSERT_TRUE(zotest::WaitUntil([&] { return blocked.load() == limit; }));
 
     // The second submitter is served at once by a free or a new worker, however busy the first is.
     std::atomic<int> othersDone{0};

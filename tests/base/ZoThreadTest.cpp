@@ -3,6 +3,8 @@
 #include "base/ZoThreadPolicyMFC.h"
 #include "platform/ZoOS.h"
 
+#include "ZoTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -12,18 +14,6 @@
 #include <thread>
 
 namespace {
-
-template <class Predicate>
-bool waitUntil(Predicate done, int timeoutMs = 20000)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 const uint32_t sc_uiLongWaitMs = 30000;
 
@@ -183,7 +173,7 @@ TEST(ZoThreadConcurrentTest, StartWhileRunningChangesNothingAndRestartAfterTheEn
     Job job(Job::eWaitForGate);
     JobThread thread(job);
     ASSERT_TRUE(thread.Start());
-    ASSERT_TRUE(waitUntil([&] { return job.waiting.load(); }));
+    ASSERT_TRUE(zotest::WaitUntil([&] { return job.waiting.load(); }));
     EXPECT_TRUE(thread.IsRunning());
     EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), STILL_ACTIVE);
     const HANDLE handle = thread.GetThreadHandle();
@@ -227,7 +217,7 @@ TEST(ZoThreadConcurrentTest, AutoDeleteObjectDeletesItself)
     EXPECT_TRUE(thread->IsFlagsSet(JobThread::eAutoDelete));
     ASSERT_TRUE(thread->Start());
     // The creator does not touch the object after Start.
-    EXPECT_TRUE(waitUntil([&] { return destroyed.load(); }));
+    EXPECT_TRUE(zotest::WaitUntil([&] { return destroyed.load(); }));
     EXPECT_EQ(job.runs.load(), 1);
 }
 
@@ -238,7 +228,7 @@ TEST(ZoThreadConcurrentTest, SuspendStopsTheThreadUntilResume)
     EXPECT_FALSE(thread.Suspend()) << "nothing runs yet";
     EXPECT_FALSE(thread.Resume());
     ASSERT_TRUE(thread.Start());
-    ASSERT_TRUE(waitUntil([&] { return job.spins.load() > 0; }));
+    ASSERT_TRUE(zotest::WaitUntil([&] { return job.spins.load() > 0; }));
 
     ASSERT_TRUE(thread.Suspend());
     EXPECT_TRUE(thread.GetState() & JobThread::eSuspended);
@@ -251,7 +241,7 @@ TEST(ZoThreadConcurrentTest, SuspendStopsTheThreadUntilResume)
     ASSERT_TRUE(thread.Resume());
     EXPECT_FALSE(thread.GetState() & JobThread::eSuspended);
     EXPECT_TRUE(thread.Resume()) << "not suspended";
-    EXPECT_TRUE(waitUntil([&] { return job.spins.load() > frozen; }));
+    EXPECT_TRUE(zotest::WaitUntil([&] { return job.spins.load() > frozen; }));
     job.stop = true;
     ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
     EXPECT_TRUE(thread.IsSuccessful());
@@ -262,7 +252,7 @@ TEST(ZoThreadConcurrentTest, TerminateEndsAWaitingThread)
     Job job(Job::eWaitForGate);
     JobThread thread(job);
     ASSERT_TRUE(thread.Start());
-    ASSERT_TRUE(waitUntil([&] { return job.waiting.load(); }));
+    ASSERT_TRUE(zotest::WaitUntil([&] { return job.waiting.load(); }));
     const HANDLE observer = ZoOS::DuplicateObjectHandle(thread.GetThreadHandle(), false);
     ASSERT_NE(observer, nullptr);
 

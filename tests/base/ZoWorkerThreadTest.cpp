@@ -5,6 +5,8 @@
 #include "base/ZoWorkerThread.h"
 #include "platform/ZoOS.h"
 
+#include "ZoTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -15,18 +17,6 @@
 #include <vector>
 
 namespace {
-
-template <class Predicate>
-bool waitUntil(Predicate done, int timeoutMs = 20000)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 // Appends its number to a shared log when it runs; number -1 throws instead.
 class NumberedTask : public ZoTask
@@ -130,11 +120,11 @@ TEST(ZoWorkerThreadConcurrentTest, RunsTasksInArrivalOrderAndReportsThem)
         worker.AddTask(tasks.back());
     }
     ASSERT_TRUE(worker.Start());
-    ASSERT_TRUE(waitUntil([&] { return handler->Count(ZoTaskQueueEventHandler::eTaskFinished) == 4; }));
+    ASSERT_TRUE(zotest::WaitUntil([&] { return handler->Count(ZoTaskQueueEventHandler::eTaskFinished) == 4; }));
     // A task added while the worker waits is found: a pulse that misses the worker only delays it.
     tasks.push_back(new NumberedTask(4, log, logLock));
     worker.AddTask(tasks.back());
-    ASSERT_TRUE(waitUntil([&] { return handler->Count(ZoTaskQueueEventHandler::eTaskFinished) == 5; }));
+    ASSERT_TRUE(zotest::WaitUntil([&] { return handler->Count(ZoTaskQueueEventHandler::eTaskFinished) == 5; }));
     {
         std::lock_guard<std::mutex> guard(logLock);
         EXPECT_EQ(log, (std::vector<int>{1, 2, 3, 4})) << "the failing task did not stop the worker";
