@@ -153,7 +153,8 @@ public:
             return renewed;
         }
         const int renewed = Grow(keep);
-        std::memcpy(bytesAt(m_count - 1), &value, getElementSize());
+        const size_t size = getElementSize();
+        std::memcpy(reinterpret_cast<unsigned char*>(m_data) + size * (m_count - 1), &value, size);
         return renewed;
     }
     virtual int InsertBefore(uint32_t index, const T& value, int grow = 1, int keep = 1)

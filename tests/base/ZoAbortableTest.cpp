@@ -23,12 +23,6 @@ TEST(ZoAbortableTest, FreshObjectIsNotAskedToStopAndNotRunning)
     EXPECT_EQ(&borrowing.GetTerminatedEvent(), &terminated);
     EXPECT_FALSE(terminate.IsSet()) << "the constructor resets the terminate event";
     EXPECT_TRUE(terminated.IsSet()) << "and sets the terminated event";
-
-    ZoAbortable copy(borrowing);
-    EXPECT_EQ(&copy.GetTerminateEvent(), &terminate) << "copies are shallow";
-    ZoAbortable assigned(terminated, terminate);
-    assigned = borrowing;
-    EXPECT_EQ(&assigned.GetTerminatedEvent(), &terminated);
 }
 
 TEST(ZoAbortableConcurrentTest, StopProtocol)

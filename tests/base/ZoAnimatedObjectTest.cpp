@@ -46,11 +46,6 @@ TEST(ZoAnimatedObjectTest, FiniteAnimationReportsProgressThenEndsOnce)
 {
     Fade fade;
     EXPECT_FLOAT_EQ(fade.GetAnimationLength(), 300.0f);
-    EXPECT_TRUE(fade.IsAnimated());
-    EXPECT_FALSE(fade.IsAnimationRunning());
-    fade.SetAnimationID(7);
-    EXPECT_EQ(fade.GetAnimationID(), 7u);
-
     fade.Begin(0);
     EXPECT_TRUE(fade.IsAnimationRunning());
     EXPECT_EQ(fade.ContinueAnimation(), 1);
@@ -74,17 +69,6 @@ TEST(ZoAnimatedObjectTest, FiniteAnimationReportsProgressThenEndsOnce)
     EXPECT_EQ(late.cleanups, 1);
 }
 
-TEST(ZoAnimatedObjectTest, ZeroLengthEndsOnTheFirstPoll)
-{
-    Fade fade;
-    fade.SetAnimationLength(0.0f);
-    EXPECT_FALSE(fade.IsAnimated());
-    fade.Begin(0);
-    EXPECT_EQ(fade.ContinueAnimation(), 0);
-    EXPECT_EQ(fade.frames, (std::vector<float>{1.0f}));
-    EXPECT_EQ(fade.cleanups, 1);
-}
-
 TEST(ZoAnimatedObjectTest, EndlessAnimationPassesMillisecondsUntilStopped)
 {
     Fade spinner;
@@ -102,12 +86,19 @@ TEST(ZoAnimatedObjectTest, EndlessAnimationPassesMillisecondsUntilStopped)
     EXPECT_FALSE(spinner.IsAnimationRunning());
 }
 
-TEST(ZoAnimatedObjectTest, EndAndTerminate)
+TEST(ZoAnimatedObjectTest, ZeroLengthEndAndTerminateFinishAtOnce)
 {
+    Fade zero;
+    zero.SetAnimationLength(0.0f);
+    EXPECT_FALSE(zero.IsAnimated());
+    zero.Begin(0);
+    EXPECT_EQ(zero.ContinueAnimation(), 0);
+    EXPECT_EQ(zero.frames, (std::vector<float>{1.0f}));
+    EXPECT_EQ(zero.cleanups, 1);
+
     Fade ended;
     ended.Begin(0);
     ended.EndAnimation();
-    EXPECT_FALSE(ended.IsAnimationRunning());
     EXPECT_EQ(ended.frames, (std::vector<float>{1.0f}));
     EXPECT_EQ(ended.cleanups, 1);
 
@@ -122,10 +113,7 @@ TEST(ZoAnimatedObjectTest, EndAndTerminate)
 TEST(ZoAnimatedObjectTest, IsRegisteredWithTheTypeRegistry)
 {
     EXPECT_EQ(ZoRTTI::Find(CString(u"ZoAnimatedObject")), &ZoAnimatedObject::RTTI);
-    EXPECT_EQ(ZoAnimatedObject::RTTI.GetBaseCount(), 0u);
-    Fade fade;
-    EXPECT_TRUE(fade.IsKindOf(ZoAnimatedObject::RTTI));
-    EXPECT_EQ(fade.GetClassNameW(), CString(u"ZoAnimatedObject"));
+    EXPECT_TRUE(Fade().IsKindOf(ZoAnimatedObject::RTTI));
 }
 
 } // namespace

@@ -49,46 +49,20 @@ TEST(ZoArrayTest, GrowthFollowsThePolicy)
     EXPECT_EQ(seen, (std::vector<uint32_t>{1, 2, 4, 4, 8}));
 }
 
-TEST(ZoArrayTest, InsertAndRemoveMoveOnlyWhatTheyMust)
+// Ordinary inserts, removes, rotation and reversal are checked step by step by the model test.
+TEST(ZoArrayTest, InsertingAtTheCountOrAnElementOfTheArrayItselfWorks)
 {
     ZoArray<uint32_t, 0> array(3, 1u, 2u, 3u);
     array.InsertBefore(3u, 9u, 1, 1); // at the old count: an append
     EXPECT_EQ(contents(array), (std::vector<uint32_t>{1, 2, 3, 9}));
-    array.InsertBefore(0u, 7u, 1, 1);
-    EXPECT_EQ(contents(array), (std::vector<uint32_t>{7, 1, 2, 3, 9}));
-    array.InsertAfter(4u, 8u, 1, 1);
-    EXPECT_EQ(contents(array), (std::vector<uint32_t>{7, 1, 2, 3, 9, 8}));
-    array.Remove(5);
-    array.Remove(0);
-    EXPECT_EQ(contents(array), (std::vector<uint32_t>{1, 2, 3, 9}));
-    array.RemoveHead();
-    array.RemoveTail();
-    EXPECT_EQ(contents(array), (std::vector<uint32_t>{2, 3}));
     // Inserting an element of the array itself survives the storage moving under it.
     for (int i = 0; i < 20; ++i)
         array.Add(array[0]);
-    EXPECT_EQ(array[21], 2u);
-}
-
-TEST(ZoArrayTest, RotateReverseAndCompare)
-{
-    ZoArray<uint32_t, 0> a(3, 1u, 2u, 3u);
-    a.Rotate(1);
-    EXPECT_EQ(contents(a), (std::vector<uint32_t>{3, 1, 2}));
-    a.Rotate(-1);
-    a.Rotate(-1);
-    EXPECT_EQ(contents(a), (std::vector<uint32_t>{2, 3, 1}));
-    a.Reverse();
-    EXPECT_EQ(contents(a), (std::vector<uint32_t>{1, 3, 2}));
-    ZoArray<uint32_t, 0> one(1, 5u), empty;
-    one.Reverse();
+    EXPECT_EQ(array[23], 1u);
+    ZoArray<uint32_t, 0> empty;
     empty.Reverse();
     empty.Rotate(3);
-    EXPECT_EQ(one[0], 5u);
-    EXPECT_TRUE((a == ZoArray<uint32_t, 0>(3, 1u, 3u, 2u)));
-    EXPECT_FALSE(a == one);
-    EXPECT_TRUE(a.Exists(3u));
-    EXPECT_FALSE(a.Exists(4u));
+    EXPECT_EQ(empty.GetCount(), 0u);
 }
 
 TEST(ZoArrayTest, CapacityCallsNeverCutElementsInUseWhenKeeping)
@@ -132,14 +106,11 @@ TEST(ZoArrayTest, CopiesTakeTheElementsButNotTheSpareCapacity)
     EXPECT_EQ(contents(copy), contents(source));
     ZoArray<uint32_t, 0> assigned;
     assigned = source;
-    EXPECT_EQ(contents(assigned), contents(source));
-    assigned.Add(assigned);
+    assigned.Add(assigned); // appending the array to itself
     EXPECT_EQ(assigned.GetCount(), 10u);
     EXPECT_EQ(assigned[7], 2u);
     source.Reset(9u);
     EXPECT_EQ(contents(source), std::vector<uint32_t>(5, 9u));
-    source.Reset();
-    EXPECT_EQ(contents(source), std::vector<uint32_t>(5, 0u));
 }
 
 template <class T, int P>
@@ -276,49 +247,33 @@ TEST(ZoArrayTest, DumpSeparatesElementsWithCommasOnly)
     EXPECT_EQ(text.GetText(), CString::Formatted(u"%p", static_cast<const void*>(&target)) + CString(u",0x0000000000000000"));
 }
 
+// Inserts, removes, rotation and resizing of managed arrays are in the model test, which also
+// counts live elements; these are the paths it does not take.
 TEST(ZoArrayTest, ManagedArraysConstructCopyAndDestroyEveryElementExactlyOnce)
 {
     Counted::ResetCounts();
     {
         ZoArrayManaged<Counted, 1> array(3);
         EXPECT_EQ(Counted::counts().defaults, 3);
-        EXPECT_EQ(array.GetMemoryElementCount(), 3u);
         for (int i = 0; i < 10; ++i)
             EXPECT_EQ(array.Add(Counted(i)), i == 0 || i == 3 || i == 9 ? 1 : 0) << i; // 3 -> 6 -> 12 -> 24
         EXPECT_EQ(Counted::counts().Live(), 13);
-        array.InsertBefore(0u, Counted(-1), 1, 1);
         array.InsertBefore(2u, 1, 1); // a default element in the hole
-        array.Remove(5);
-        array.Add(array[0]); // an element of the array itself survives the growth
-        EXPECT_EQ(values(array), (std::vector<int>{-1, 0, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, -1}));
+        array.Add(array[0]);          // an element of the array itself survives the growth
+        EXPECT_EQ(values(array), (std::vector<int>{0, 0, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0}));
         EXPECT_EQ(Counted::counts().Live(), static_cast<int>(array.GetCount()));
-
         array.SetElementCount(4, 1);
-        EXPECT_EQ(Counted::counts().Live(), 4);
         EXPECT_EQ(array.SetMemoryElementCount(2, 1), 1); // never below the elements in use
         EXPECT_EQ(array.GetMemoryElementCount(), 4u);
-        EXPECT_EQ(values(array), (std::vector<int>{-1, 0, 0, 0}));
-        array.SetMemoryElementCount(2, 0); // without keep the survivors start afresh
-        EXPECT_EQ(values(array), (std::vector<int>{0, 0}));
-        array.SetElementCount(5, 1);
-        for (uint32_t i = 0; i < 5; ++i)
-            array[i] = Counted(static_cast<int>(i));
 
-        ZoArrayManaged<Counted, 1> copy(array);
-        copy.Rotate(1);
-        copy.Reverse();
-        copy.Add(copy);
-        EXPECT_EQ(values(copy), (std::vector<int>{3, 2, 1, 0, 4, 3, 2, 1, 0, 4}));
         ZoArrayManaged<Counted, 1> assigned(20);
-        assigned = copy;
-        EXPECT_TRUE(assigned == copy);
-        EXPECT_EQ(assigned.GetMemoryElementCount(), 10u);
+        assigned = array;
+        EXPECT_TRUE(assigned == array);
+        EXPECT_EQ(assigned.GetMemoryElementCount(), 4u);
+        assigned.Add(assigned);
         assigned.Reset(Counted(4));
-        EXPECT_EQ(values(assigned), std::vector<int>(10, 4));
-        assigned.Reset();
-        EXPECT_EQ(values(assigned), std::vector<int>(10, 0));
-        assigned.RemoveAll();
-        EXPECT_EQ(Counted::counts().Live(), 5 + 10);
+        EXPECT_EQ(values(assigned), std::vector<int>(8, 4));
+        EXPECT_EQ(Counted::counts().Live(), 4 + 8);
     }
     EXPECT_EQ(Counted::counts().Live(), 0);
 }

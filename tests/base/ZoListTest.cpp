@@ -54,37 +54,26 @@ class ZoListPolicyTest : public testing::Test
 typedef testing::Types<std::integral_constant<int, 0x21>, std::integral_constant<int, 0x22>> Policies;
 TYPED_TEST_SUITE(ZoListPolicyTest, Policies);
 
-TYPED_TEST(ZoListPolicyTest, AddsInsertsAndRemovesAtEveryPlace)
+// Ordinary adds, inserts, removes, moves and reversals are checked step by step by the model
+// test at the end; this covers the null anchors and the default-valued adds it never uses.
+TYPED_TEST(ZoListPolicyTest, NullAnchorsInsertAtTheEndsAndRemovedPositionsAreNotFound)
 {
     typedef ZoList<int, TypeParam::value> List;
     List list(3, 2, 3, 4);
     EXPECT_EQ(list.GetPlexManager()->GetNodesPerBlock(), 3u);
-    list.AddHead(1);
-    list.AddTail(5);
     list.AddTail() = 6;
     list.AddHead() = 0;
-    EXPECT_EQ(walk(list), (std::vector<int>{0, 1, 2, 3, 4, 5, 6}));
-    const auto three = list.FindIndexPos(3);
-    list.InsertAfter(three, 30);
-    list.InsertBefore(three, 29);
-    list.InsertAfter(nullptr, 99);   // at the tail
-    list.InsertBefore(nullptr, -1);  // at the head
-    list.InsertBefore(list.GetHeadPosition(), -2);
-    list.InsertAfter(list.GetTailPosition(), 100);
-    EXPECT_EQ(walk(list), (std::vector<int>{-2, -1, 0, 1, 2, 29, 3, 30, 4, 5, 6, 99, 100}));
-    EXPECT_EQ(list.GetAfter(three), 30);
-    EXPECT_EQ(list.GetBefore(three), 29);
-    EXPECT_EQ(list.FindIndex(three), 6u);
+    const auto three = list.FindIndexPos(2);
+    list.InsertAfter(nullptr, 99);  // at the tail
+    list.InsertBefore(nullptr, -1); // at the head
+    EXPECT_EQ(walk(list), (std::vector<int>{-1, 0, 2, 3, 4, 6, 99}));
+    EXPECT_EQ(list.GetAfter(three), 4);
+    EXPECT_EQ(list.GetBefore(three), 2);
     list.RemoveAt(three);
-    list.RemoveHead();
-    list.RemoveTail();
-    EXPECT_EQ(walk(list), (std::vector<int>{-1, 0, 1, 2, 29, 30, 4, 5, 6, 99}));
-    EXPECT_EQ(list.GetHead(), -1);
-    EXPECT_EQ(list.GetTail(), 99);
+    EXPECT_EQ(list.FindIndex(three), 0xFFFFFFFFu);
     while (!list.IsEmpty())
         list.RemoveTail();
     walk(list);
-    EXPECT_EQ(list.FindIndex(three), 0xFFFFFFFFu);
 }
 
 TYPED_TEST(ZoListPolicyTest, SearchesAndIndexLookupsStopAtTheEnds)
@@ -165,49 +154,6 @@ TYPED_TEST(ZoListPolicyTest, CopiesShareThePoolUnlessAskedAndCopyInOrder)
     walk(target);
 }
 
-TYPED_TEST(ZoListPolicyTest, RunsMoveWithinAndBetweenLists)
-{
-    typedef ZoList<int, TypeParam::value> List;
-    List list(3, 0, 1, 2);
-    for (int i = 3; i < 8; ++i)
-        list.AddTail(i);
-    auto at = [&](uint32_t index) { return list.FindIndexPos(index); };
-    list.MoveToHead(at(3), at(5));
-    EXPECT_EQ(walk(list), (std::vector<int>{3, 4, 5, 0, 1, 2, 6, 7}));
-    list.MoveToTail(at(0), at(1));
-    EXPECT_EQ(walk(list), (std::vector<int>{5, 0, 1, 2, 6, 7, 3, 4}));
-    list.MoveToTail(at(6), at(7)); // already at the tail
-    list.MoveToHead(at(0), at(2)); // already at the head
-    EXPECT_EQ(walk(list), (std::vector<int>{5, 0, 1, 2, 6, 7, 3, 4}));
-    list.MoveToAfter(at(1), at(6));
-    list.MoveToAfter(at(7), at(0));
-    EXPECT_EQ(walk(list), (std::vector<int>{0, 3, 1, 2, 6, 7, 4, 5}));
-    list.ReverseFromTo(at(1), at(4));
-    EXPECT_EQ(walk(list), (std::vector<int>{0, 6, 2, 1, 3, 7, 4, 5}));
-    list.ReverseFromTo(at(0), at(7));
-    EXPECT_EQ(walk(list), (std::vector<int>{5, 4, 7, 3, 1, 2, 6, 0}));
-    list.Reverse();
-    EXPECT_EQ(walk(list), (std::vector<int>{0, 6, 2, 1, 3, 7, 4, 5}));
-
-    List target(5);
-    target.AddTail(42);
-    const auto first = at(2);
-    list.ExtractToList(at(2), at(4), target);
-    EXPECT_EQ(walk(list), (std::vector<int>{0, 6, 7, 4, 5}));
-    EXPECT_EQ(walk(target), (std::vector<int>{2, 1, 3}));
-    EXPECT_EQ(target.GetHeadPosition(), first);
-    EXPECT_EQ(target.GetPlexManager(), list.GetPlexManager());
-
-    list.MoveToHead(target);
-    EXPECT_TRUE(target.IsEmpty());
-    List other(2);
-    other.AddTail(8);
-    other.AddTail(9);
-    list.MoveToAfter(list.FindPos(6), other);
-    EXPECT_EQ(walk(list), (std::vector<int>{2, 1, 3, 0, 6, 8, 9, 7, 4, 5}));
-    walk(other);
-}
-
 TYPED_TEST(ZoListPolicyTest, SplicingFromAnotherPoolMergesItAndLeavesTheDonorEmpty)
 {
     typedef ZoList<Counted, TypeParam::value> List;
@@ -280,14 +226,6 @@ TYPED_TEST(ZoListPolicyTest, PositionSettersThrowOnOpenLists)
     EXPECT_EQ(walk(list), (std::vector<int>{1, 2, 3}));
 }
 
-TEST(ZoListTest, NotCloseableListsRefuseThePositionSettersAlways)
-{
-    ZoList<int, 0x21> list(2, 1, 2);
-    EXPECT_FALSE(list.IsClosed());
-    EXPECT_THROW(list.SetHeadPosition(list.GetTailPosition()), ZoException);
-    EXPECT_THROW(list.SetTailPosition(list.GetHeadPosition()), ZoException);
-}
-
 TEST(ZoListTest, FindStopsAtTheHeadOfARingWhileFindPosSearchesIt)
 {
     ZoList<int, 0x22> ring(2, 1, 2);
@@ -308,35 +246,21 @@ TEST(ZoListTest, FindStopsAtTheHeadOfARingWhileFindPosSearchesIt)
     EXPECT_EQ(ring.Find(2), &ring.GetTail());
 }
 
-TEST(ZoListTest, RingsStayLinkedThroughEveryOperation)
+// Moves, reversals and head rotation on rings are in the model test; these are the ring cases
+// it never reaches: an empty or single-node ring, sorted insertion, copies and closed targets.
+TEST(ZoListTest, RingsStayLinkedWhenBuiltCopiedAndSplicedInto)
 {
     ZoListSorted<int, int, 0x22> ring(3);
     ring.SetClosed(); // closing an empty list only sets the flag
     ring.AddTail(2);
     EXPECT_EQ(walk(ring), (std::vector<int>{2}));
     ring.AddHead(1);
-    ring.AddTail(4);
-    ring.InsertBefore(ring.GetTailPosition(), 3);
-    ring.InsertAfter(ring.GetTailPosition(), 5);
-    EXPECT_EQ(walk(ring), (std::vector<int>{1, 2, 3, 4, 5}));
-    ring.SetHeadPosition(ring.FindIndexPos(2));
-    EXPECT_EQ(walk(ring), (std::vector<int>{3, 4, 5, 1, 2}));
-    ring.SetTailPosition(ring.FindIndexPos(2));
-    EXPECT_EQ(walk(ring), (std::vector<int>{1, 2, 3, 4, 5}));
-    ring.MoveToTail(ring.GetHeadPosition(), ring.FindIndexPos(1));
-    EXPECT_EQ(walk(ring), (std::vector<int>{3, 4, 5, 1, 2}));
-    ring.MoveToHead(ring.FindIndexPos(3), ring.GetTailPosition());
-    ring.Reverse();
-    EXPECT_EQ(walk(ring), (std::vector<int>{5, 4, 3, 2, 1}));
-    ring.ReverseFromTo(ring.GetHeadPosition(), ring.GetTailPosition());
-    ring.InsertSorted([](int a, int b) { return a - b; }, 0);
-    ring.RemoveHead();
-    ring.RemoveTail();
-    ring.RemoveAt(ring.FindIndexPos(1));
-    EXPECT_EQ(walk(ring), (std::vector<int>{1, 3, 4}));
+    ring.InsertAfter(ring.GetTailPosition(), 4);
+    ring.InsertSorted([](int a, int b) { return a - b; }, 3);
+    EXPECT_EQ(walk(ring), (std::vector<int>{1, 2, 3, 4}));
     ZoListSorted<int, int, 0x22> copy(ring, 0);
     EXPECT_TRUE(copy.IsClosed());
-    EXPECT_EQ(walk(copy), (std::vector<int>{1, 3, 4}));
+    EXPECT_EQ(walk(copy), (std::vector<int>{1, 2, 3, 4}));
     ZoList<int, 0x22> open(3, 7, 8, 9);
     ZoList<int, 0x22> target(3);
     target.SetClosed();
@@ -345,7 +269,7 @@ TEST(ZoListTest, RingsStayLinkedThroughEveryOperation)
     EXPECT_EQ(walk(target), (std::vector<int>{8, 9}));
     EXPECT_EQ(walk(open), (std::vector<int>{7}));
     ring.MoveToTail(target);
-    EXPECT_EQ(walk(ring), (std::vector<int>{1, 3, 4, 8, 9}));
+    EXPECT_EQ(walk(ring), (std::vector<int>{1, 2, 3, 4, 8, 9}));
     while (!ring.IsEmpty())
         ring.RemoveHead();
     walk(ring);
@@ -371,13 +295,10 @@ std::vector<int> ids(const std::vector<Item>& items)
     return result;
 }
 
-TEST(ZoListTest, SortedInsertionAndBubbleSortAreStable)
+// Ascending sorted insertion and sorting are checked against std::list in the model test.
+TEST(ZoListTest, DescendingInsertionAndSortingAreStableAndRelinkNodes)
 {
-    ZoListSorted<Item, int, 0x21> ascending(10);
     const Item items[] = {{2, 0}, {1, 1}, {2, 2}, {3, 3}, {1, 4}, {2, 5}};
-    for (const Item& item : items)
-        ascending.InsertSorted(byKey, item);
-    EXPECT_EQ(ids(walk(ascending)), (std::vector<int>{1, 4, 0, 2, 5, 3}));
     ZoListSorted<Item, int, 0x21> descending(10);
     for (const Item& item : items) {
         const auto position = descending.InsertSorted(byKey, item, 1);
@@ -389,15 +310,9 @@ TEST(ZoListTest, SortedInsertionAndBubbleSortAreStable)
     for (const Item& item : items)
         unsorted.AddTail(item);
     const auto firstTwo = unsorted.FindPos(items[2]);
-    unsorted.BubbleSort(byKey);
-    EXPECT_EQ(ids(walk(unsorted)), (std::vector<int>{1, 4, 0, 2, 5, 3}));
-    EXPECT_EQ(unsorted.GetAt(firstTwo).id, 2); // nodes were relinked, not overwritten
     unsorted.BubbleSort([](Item a, Item b) { return b.key - a.key; });
     EXPECT_EQ(ids(walk(unsorted)), (std::vector<int>{3, 0, 2, 5, 1, 4}));
-    ZoListSorted<Item, int, 0x21> single(1);
-    single.AddTail(items[0]);
-    single.BubbleSort(byKey);
-    EXPECT_EQ(ids(walk(single)), (std::vector<int>{0}));
+    EXPECT_EQ(unsorted.GetAt(firstTwo).id, 2); // nodes were relinked, not overwritten
 }
 
 // A minimal iterator over a list, as the graph and file iterators are built.
