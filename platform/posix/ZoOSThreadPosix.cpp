@@ -1,5 +1,4 @@
-// The POSIX (Linux) implementation of the OS layer's events, threads and waits, the monotonic
-// counter, floating-point control and the processor count.
+// The POSIX (Linux) implementation of the OS layer's events, threads and waits.
 //
 // Events and threads are library objects named through a process-wide handle table. A handle packs
 // a slot index with the slot's generation, so a closed handle never reaches a later object that
@@ -20,7 +19,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cfenv>
 #include <climits>
 #include <csignal>
 #include <cstring>
@@ -34,9 +32,6 @@
 #include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
-#if defined(__x86_64__) || defined(__i386__)
-#include <fpu_control.h>
-#endif
 
 namespace ZoOS {
 
@@ -313,6 +308,17 @@ KernelObject* findObject(HANDLE handle)
     return slot != nullptr ? slot->object.get() : nullptr;
 }
 
+// The event behind a handle; null, with EBADF as the last error, for a closed handle or a thread.
+KernelObject* findEvent(HANDLE handle)
+{
+    KernelObject* object = findObject(handle);
+    if (object == nullptr || object->isThread) {
+        fail(EBADF);
+        return nullptr;
+    }
+    return object;
+}
+
 std::shared_ptr<ThreadObject> findThread(HANDLE handle)
 {
     KernelLock lock;
@@ -574,49 +580,6 @@ int32_t priorityOfNice(int nice)
     return 15;
 }
 
-// ---- floating point ---------------------------------------------------------------------------
-
-const uint32_t sc_roundingMask = 0x300;
-const uint32_t sc_precisionMask = 0x30000;
-
-uint32_t readFloatingPointControl()
-{
-    uint32_t control = 0;
-    switch (fegetround()) {
-    case FE_DOWNWARD:
-        control |= 0x100;
-        break;
-    case FE_UPWARD:
-        control |= 0x200;
-        break;
-    case FE_TOWARDZERO:
-        control |= 0x300;
-        break;
-    default:
-        break;
-    }
-#if defined(__x86_64__) || defined(__i386__)
-    fpu_control_t word = 0;
-    _FPU_GETCW(word);
-    switch ((word >> 8) & 3) {
-    case 0:
-        control |= 0x20000;
-        break;
-    case 2:
-        control |= 0x10000;
-        break;
-    case 3:
-        break;
-    default:
-        control |= 0x30000;
-        break;
-    }
-#else
-    control |= 0x10000;
-#endif
-    return control;
-}
-
 } // namespace
 
 // ---- events -----------------------------------------------------------------------------------
@@ -638,9 +601,9 @@ HANDLE CreateEventObject(bool manualReset, bool initiallySignalled)
 bool SetEventObject(HANDLE event)
 {
     KernelLock lock;
-    KernelObject* object = findObject(event);
-    if (object == nullptr || object->isThread)
-        return fail(EBADF);
+    KernelObject* object = findEvent(event);
+    if (object == nullptr)
+        return false;
     object->signalled = true;
     releaseWaiters(*object);
     return succeed();
@@ -649,9 +612,9 @@ bool SetEventObject(HANDLE event)
 bool ResetEventObject(HANDLE event)
 {
     KernelLock lock;
-    KernelObject* object = findObject(event);
-    if (object == nullptr || object->isThread)
-        return fail(EBADF);
+    KernelObject* object = findEvent(event);
+    if (object == nullptr)
+        return false;
     object->signalled = false;
     return succeed();
 }
@@ -659,9 +622,9 @@ bool ResetEventObject(HANDLE event)
 bool PulseEventObject(HANDLE event)
 {
     KernelLock lock;
-    KernelObject* object = findObject(event);
-    if (object == nullptr || object->isThread)
-        return fail(EBADF);
+    KernelObject* object = findEvent(event);
+    if (object == nullptr)
+        return false;
     object->signalled = true;
     releaseWaiters(*object);
     object->signalled = false;
@@ -937,61 +900,6 @@ __attribute__((no_sanitize_undefined)) void RethrowThreadCancellation()
         throw;
     } catch (...) {
     }
-}
-
-// ---- time -------------------------------------------------------------------------------------
-
-bool QueryPerformanceCounterValue(int64_t& ticks)
-{
-    timespec now;
-    if (clock_gettime(CLOCK_MONOTONIC, &now) != 0)
-        return fail(errno);
-    ticks = static_cast<int64_t>(now.tv_sec) * 1000000000LL + now.tv_nsec;
-    return succeed();
-}
-
-bool QueryPerformanceFrequencyValue(int64_t& ticksPerSecond)
-{
-    ticksPerSecond = 1000000000LL;
-    return succeed();
-}
-
-uint32_t GetTickCountValue()
-{
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<uint32_t>(static_cast<uint64_t>(now.tv_sec) * 1000u + static_cast<uint64_t>(now.tv_nsec) / 1000000u);
-}
-
-// ---- floating point ---------------------------------------------------------------------------
-
-bool ControlFloatingPoint(uint32_t& current, uint32_t newControl, uint32_t mask)
-{
-    if ((mask & ~sc_roundingMask) != 0)
-        return fail(EINVAL);
-    if (mask != 0) {
-        static const int sc_modes[] = {FE_TONEAREST, FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO};
-        const uint32_t rounding = ((newControl & mask) | (readFloatingPointControl() & ~mask)) & sc_roundingMask;
-        if (fesetround(sc_modes[rounding >> 8]) != 0)
-            return fail(EINVAL);
-    }
-    current = readFloatingPointControl();
-    return succeed();
-}
-
-// ---- machine ----------------------------------------------------------------------------------
-
-uint32_t GetProcessorCount()
-{
-    cpu_set_t allowed;
-    CPU_ZERO(&allowed);
-    if (sched_getaffinity(0, sizeof allowed, &allowed) == 0) {
-        const int count = CPU_COUNT(&allowed);
-        if (count > 0)
-            return static_cast<uint32_t>(count);
-    }
-    const long online = sysconf(_SC_NPROCESSORS_ONLN);
-    return online > 0 ? static_cast<uint32_t>(online) : 1u;
 }
 
 } // namespace ZoOS
