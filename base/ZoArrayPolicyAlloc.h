@@ -4,13 +4,15 @@
 // SetElementCount and Add(array) size exactly and do not consult the policy.
 #pragma once
 
+#include "platform/ZoExport.h"
+
 #include <cstdint>
 
 template <int Policy>
 class ZoArrayPolicyAlloc;
 
 template <>
-class ZoArrayPolicyAlloc<0>
+class ZO_TEMPLATE_API ZoArrayPolicyAlloc<0>
 {
 public:
     ZoArrayPolicyAlloc() : m_growConstant(10) {}
@@ -29,7 +31,7 @@ protected:
 };
 
 template <>
-class ZoArrayPolicyAlloc<1>
+class ZO_TEMPLATE_API ZoArrayPolicyAlloc<1>
 {
 protected:
     uint32_t getNewAllocSize(uint32_t current) const { return current * 2 == 0 ? 1 : current * 2; }

@@ -2,7 +2,9 @@
 // supports.
 #pragma once
 
-class ZoNoType
+#include "platform/ZoExport.h"
+
+class ZO_API ZoNoType
 {
 public:
     ZoNoType& operator=(const ZoNoType&) = default;

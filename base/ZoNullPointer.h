@@ -2,7 +2,9 @@
 // null untyped pointer and carries nothing.
 #pragma once
 
-class ZoNullPointer
+#include "platform/ZoExport.h"
+
+class ZO_API ZoNullPointer
 {
 public:
     operator void*() const { return nullptr; }

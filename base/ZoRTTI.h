@@ -62,7 +62,7 @@ private:
 
 // Create and clone functions for a class T that is default- and copy-constructible.
 template <class T>
-struct ZoRTTIFactory
+struct ZO_TEMPLATE_API ZoRTTIFactory
 {
     static void* Create() { return new T(); }
     static void* Clone(void* source) { return new T(*static_cast<T*>(source)); }

@@ -6,6 +6,8 @@
 // pointer to itself is safe. T may be const (ZoSmartPointer<ZoConstructor const>).
 #pragma once
 
+#include "platform/ZoExport.h"
+
 #include "base/ZoNullPointer.h"
 #include "base/ZoReferenceCountedClass.h"
 
@@ -14,7 +16,7 @@
 #include <utility>
 
 template <class T>
-class ZoSmartPointer
+class ZO_TEMPLATE_API ZoSmartPointer
 {
 public:
     ZoSmartPointer() : m_pointer(nullptr) {}

@@ -5,10 +5,12 @@
 // holders that share weak pointers across threads hold GetCriticalSectionWeakPointerBase().
 #pragma once
 
+#include "platform/ZoExport.h"
+
 #include "base/ZoReferenceCountedClass.h"
 
 template <class T>
-class ZoWeakPointer
+class ZO_TEMPLATE_API ZoWeakPointer
 {
 public:
     ZoWeakPointer() : m_record{nullptr, nullptr} {}
