@@ -46,7 +46,9 @@ public:
             AddTail(values[i]);
     }
     // Shares `other`'s pool when `sharePlexManager` is nonzero, else makes a pool with the same
-    // nodes per block; then copies the elements and the open/closed state.
+    // nodes per block; then copies the elements and the open/closed state. A plain copy shares the
+    // pool, so the copy and its source must then be used from one thread at a time; pass 0 for a
+    // copy that another thread will own.
     ZoList(const ZoList& other, int sharePlexManager = 1)
         : Base(sharePlexManager ? other.m_plexManager
                                 : ZoSmartPointer<PlexManager>(new PlexManager(other.m_plexManager->GetNodesPerBlock())))
