@@ -69,6 +69,9 @@ ZO_API CString AnsiToWide(const char* bytes, size_t length);
 
 // ---- files ------------------------------------------------------------------------------------
 typedef intptr_t FileHandle;
+// The most bytes one system read or write is asked for; larger transfers go in pieces of this size,
+// since the system calls (and the archive) count in 32 bits.
+const uint32_t sc_largestFileTransfer = 0x40000000u;
 const FileHandle sc_invalidFile = -1;
 
 enum EFileOpenFlags : uint32_t
@@ -222,6 +225,21 @@ ZO_API int32_t GetThreadPriorityLevel(HANDLE thread);
 // thread-cancellation unwind (POSIX: TerminateThreadObject), which must never be swallowed; returns
 // otherwise. Code that catches everything on a thread that may be terminated calls it first.
 ZO_API void RethrowThreadCancellation();
+// Holds off thread termination for its lifetime. Destructors that flush or close files use it: a
+// termination acted on inside a destructor would unwind out of it, and that ends the process. A
+// termination requested meanwhile takes effect at the thread's next wait after the scope. Nothing
+// to do on Windows, where a terminated thread stops without unwinding.
+class ZO_API ThreadTerminationDeferral
+{
+public:
+    ThreadTerminationDeferral();
+    ~ThreadTerminationDeferral();
+    ThreadTerminationDeferral(const ThreadTerminationDeferral&) = delete;
+    ThreadTerminationDeferral& operator=(const ThreadTerminationDeferral&) = delete;
+
+private:
+    int m_previousState;
+};
 
 // ---- time -------------------------------------------------------------------------------------
 // A monotonic counter and its ticks per second (CLOCK_MONOTONIC in nanoseconds on POSIX, the

@@ -1,5 +1,6 @@
 // The POSIX implementation of the OS layer's files, folders and text conversion.
 #include "platform/ZoOS.h"
+#include "platform/posix/ZoOSPosixSupport.h"
 
 #include <cerrno>
 #include <climits>
@@ -11,26 +12,14 @@
 
 namespace ZoOS {
 
+using posix::failed;
+using posix::succeeded;
+
 namespace {
 
 int fd(FileHandle file)
 {
     return static_cast<int>(file);
-}
-
-// Records errno as the last error and hands back `result`.
-template <class T>
-T failed(T result)
-{
-    SetLastErrorCode(static_cast<uint32_t>(errno));
-    return result;
-}
-
-template <class T>
-T succeeded(T result)
-{
-    SetLastErrorCode(0);
-    return result;
 }
 
 std::string homeFolder()
@@ -103,7 +92,7 @@ int64_t ReadFileBytes(FileHandle file, void* buffer, uint64_t size)
     auto* target = static_cast<char*>(buffer);
     uint64_t done = 0;
     while (done < size) {
-        const size_t chunk = size - done > (1u << 30) ? (1u << 30) : static_cast<size_t>(size - done);
+        const size_t chunk = size - done > sc_largestFileTransfer ? sc_largestFileTransfer : static_cast<size_t>(size - done);
         const ssize_t read = ::read(fd(file), target + done, chunk);
         if (read < 0) {
             if (errno == EINTR)
@@ -122,7 +111,7 @@ bool WriteFileBytes(FileHandle file, const void* buffer, uint64_t size)
     const auto* source = static_cast<const char*>(buffer);
     uint64_t done = 0;
     while (done < size) {
-        const size_t chunk = size - done > (1u << 30) ? (1u << 30) : static_cast<size_t>(size - done);
+        const size_t chunk = size - done > sc_largestFileTransfer ? sc_largestFileTransfer : static_cast<size_t>(size - done);
         const ssize_t written = ::write(fd(file), source + done, chunk);
         if (written < 0) {
             if (errno == EINTR)
@@ -189,8 +178,9 @@ bool CopyFilePath(const CString& source, const CString& target, bool failIfExist
     if (in < 0)
         return failed(false);
     struct stat info;
-    if (::fstat(in, &info) != 0 || S_ISDIR(info.st_mode)) {
-        const int error = S_ISDIR(info.st_mode) ? EISDIR : errno;
+    const bool measured = ::fstat(in, &info) == 0;
+    if (!measured || S_ISDIR(info.st_mode)) {
+        const int error = measured ? EISDIR : errno;
         ::close(in);
         errno = error;
         return failed(false);

@@ -1,6 +1,7 @@
 // The POSIX (Linux) implementation of the OS layer's monotonic counter, tick count,
 // floating-point control and processor count.
 #include "platform/ZoOS.h"
+#include "platform/posix/ZoOSPosixSupport.h"
 
 #include <cerrno>
 #include <cfenv>
@@ -13,19 +14,10 @@
 
 namespace ZoOS {
 
+using posix::fail;
+using posix::succeed;
+
 namespace {
-
-bool fail(int error)
-{
-    SetLastErrorCode(static_cast<uint32_t>(error));
-    return false;
-}
-
-bool succeed()
-{
-    SetLastErrorCode(0);
-    return true;
-}
 
 // ---- floating point ---------------------------------------------------------------------------
 

@@ -98,7 +98,7 @@ int64_t ReadFileBytes(FileHandle file, void* buffer, uint64_t size)
     auto* target = static_cast<char*>(buffer);
     uint64_t done = 0;
     while (done < size) {
-        const DWORD chunk = size - done > (1u << 30) ? (1u << 30) : static_cast<DWORD>(size - done);
+        const DWORD chunk = size - done > sc_largestFileTransfer ? sc_largestFileTransfer : static_cast<DWORD>(size - done);
         DWORD read = 0;
         if (!::ReadFile(handleOf(file), target + done, chunk, &read, nullptr))
             return -1;
@@ -115,7 +115,7 @@ bool WriteFileBytes(FileHandle file, const void* buffer, uint64_t size)
     const auto* source = static_cast<const char*>(buffer);
     uint64_t done = 0;
     while (done < size) {
-        const DWORD chunk = size - done > (1u << 30) ? (1u << 30) : static_cast<DWORD>(size - done);
+        const DWORD chunk = size - done > sc_largestFileTransfer ? sc_largestFileTransfer : static_cast<DWORD>(size - done);
         DWORD written = 0;
         if (!::WriteFile(handleOf(file), source + done, chunk, &written, nullptr))
             return false;
