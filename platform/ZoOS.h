@@ -261,5 +261,26 @@ ZO_API bool ControlFloatingPoint(uint32_t& current, uint32_t newControl, uint32_
 // ---- machine ----------------------------------------------------------------------------------
 // The number of logical processors the process may run on; at least 1.
 ZO_API uint32_t GetProcessorCount();
+// The processor's own identification: its 12-character vendor id ("GenuineIntel"), its brand text
+// as the processor gives it (trimmed; empty when it has none) and its signature (family, model and
+// stepping fields as the processor packs them). False where the processor has no such
+// identification (not x86), with the three left empty and 0.
+ZO_API bool GetProcessorIdentification(std::string& vendorId, std::string& brand, uint32_t& signature);
+// Bytes of physical memory in all and available to new allocations without paging now. False when
+// the system cannot say (last error says why).
+ZO_API bool GetPhysicalMemoryStatus(uint64_t& total, uint64_t& available);
+
+// ---- folder listings --------------------------------------------------------------------------
+// An open listing of a folder's entries whose names match a wildcard pattern ('*' any run of
+// characters, '?' any one). Matching is the system's on Windows (without regard to case) and exact
+// on POSIX, as its file names are. "." and ".." are never listed.
+typedef void* FolderListing;
+// Null when the folder cannot be listed (missing, not a folder, no access).
+ZO_API FolderListing OpenFolderListing(const CString& folder, const CString& pattern);
+// The next matching entry's name and whether it is a folder; false at the end of the listing.
+ZO_API bool ReadFolderListing(FolderListing listing, CString& name, bool& isFolder);
+ZO_API void CloseFolderListing(FolderListing listing);
+// Whether `name` matches `pattern` as the POSIX listing matches ('*', '?', everything else exactly).
+ZO_API bool MatchesWildcard(const CString& name, const CString& pattern);
 
 } // namespace ZoOS

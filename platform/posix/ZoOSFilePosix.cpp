@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -12,7 +14,9 @@
 
 namespace ZoOS {
 
+using posix::fail;
 using posix::failed;
+using posix::succeed;
 using posix::succeeded;
 
 namespace {
@@ -261,6 +265,66 @@ CString GetExecutablePath()
     if (length < 0)
         return failed(CString());
     return succeeded(CString(std::string(buffer, static_cast<size_t>(length))));
+}
+
+// ---- folder listings ----------------------------------------------------------------------------
+
+namespace {
+
+struct Listing
+{
+    DIR* folder;
+    std::string path; // with a trailing separator, for the entries whose kind must be asked for
+    CString pattern;
+};
+
+} // namespace
+
+FolderListing OpenFolderListing(const CString& folder, const CString& pattern)
+{
+    std::string path = folder.ToUtf8();
+    DIR* opened = ::opendir(path.empty() ? "." : path.c_str());
+    if (opened == nullptr)
+        return failed<FolderListing>(nullptr);
+    if (!path.empty() && path.back() != '/')
+        path += '/';
+    return succeeded<FolderListing>(new Listing{opened, path, pattern});
+}
+
+bool ReadFolderListing(FolderListing listing, CString& name, bool& isFolder)
+{
+    auto* open = static_cast<Listing*>(listing);
+    if (open == nullptr)
+        return fail(EBADF);
+    for (;;) {
+        errno = 0;
+        const dirent* entry = ::readdir(open->folder);
+        if (entry == nullptr)
+            return errno != 0 ? failed(false) : succeeded(false);
+        if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
+            continue;
+        const CString candidate(entry->d_name);
+        if (!MatchesWildcard(candidate, open->pattern))
+            continue;
+        if (entry->d_type != DT_UNKNOWN && entry->d_type != DT_LNK) {
+            isFolder = entry->d_type == DT_DIR;
+        } else {
+            // Some file systems do not say; a link counts as what it points to.
+            struct stat info;
+            isFolder = ::stat((open->path + entry->d_name).c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+        }
+        name = candidate;
+        return succeed();
+    }
+}
+
+void CloseFolderListing(FolderListing listing)
+{
+    auto* open = static_cast<Listing*>(listing);
+    if (open == nullptr)
+        return;
+    ::closedir(open->folder);
+    delete open;
 }
 
 } // namespace ZoOS

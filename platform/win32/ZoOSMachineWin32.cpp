@@ -1,5 +1,5 @@
 // The Win32 implementation of the OS layer's monotonic counter, tick count, floating-point control
-// and processor count.
+// processor count and memory status.
 #include "platform/ZoOS.h"
 
 #include <float.h>
@@ -67,6 +67,18 @@ uint32_t GetProcessorCount()
     SYSTEM_INFO info;
     ::GetSystemInfo(&info);
     return info.dwNumberOfProcessors > 0 ? info.dwNumberOfProcessors : 1u;
+}
+
+bool GetPhysicalMemoryStatus(uint64_t& total, uint64_t& available)
+{
+    MEMORYSTATUSEX status;
+    status.dwLength = sizeof status;
+    if (!::GlobalMemoryStatusEx(&status))
+        return false;
+    total = status.ullTotalPhys;
+    available = status.ullAvailPhys;
+    ::SetLastError(0);
+    return true;
 }
 
 } // namespace ZoOS
