@@ -153,6 +153,8 @@ ZO_API bool SetConsoleTitleText(const CString& title);
 ZO_API void WriteDebugTrace(const CString& text);
 // A message for the user: a message box on Windows, standard error on POSIX.
 ZO_API void ShowMessage(const CString& text, const CString& caption, uint32_t style);
+// Stops in the debugger when one is attached; without one the process ends as a breakpoint ends it.
+ZO_API void BreakIntoDebugger();
 
 // ---- kernel objects: events and threads ------------------------------------------------------
 // Events and threads are named by handles. On Windows a handle is the system's own; on POSIX it is
