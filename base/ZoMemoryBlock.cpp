@@ -1,9 +1,12 @@
 #include "base/ZoMemoryBlock.h"
 
+#include "base/ZoHeapTracker.h"
+
 #include <cstdlib>
 
 ZoMemoryBlock::ZoMemoryBlock(size_t size) : m_data(static_cast<unsigned char*>(std::malloc(size == 0 ? 1 : size)))
 {
+    ZoHeapTracker::RecordAllocation(m_data, size);
 }
 
 ZoMemoryBlock::ZoMemoryBlock(const ZoMemoryBlock& other) : ZoReferenceCountedClass<ZoMemoryBlock>(other), m_data(other.m_data)
@@ -19,12 +22,14 @@ ZoMemoryBlock& ZoMemoryBlock::operator=(const ZoMemoryBlock& other)
 
 ZoMemoryBlock::~ZoMemoryBlock()
 {
+    ZoHeapTracker::RecordRelease(m_data);
     std::free(m_data);
 }
 
 void ZoMemoryBlock::Reallocate(size_t size)
 {
     void* moved = std::realloc(m_data, size == 0 ? 1 : size);
+    ZoHeapTracker::RecordReallocation(m_data, moved, size);
     if (moved == nullptr)
         std::free(m_data);
     m_data = static_cast<unsigned char*>(moved);

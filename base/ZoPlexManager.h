@@ -10,6 +10,7 @@
 // manager's reference count is atomic. A manager with 0 nodes per block hands out null.
 #pragma once
 
+#include "base/ZoHeapTracker.h"
 #include "base/ZoReferenceCountedClass.h"
 #include "platform/ZoExport.h"
 
@@ -28,6 +29,7 @@ public:
     {
         while (m_blocks != nullptr) {
             BlockHeader* previous = m_blocks->previous;
+            ZoHeapTracker::RecordRelease(m_blocks);
             std::free(m_blocks);
             m_blocks = previous;
         }
@@ -44,6 +46,7 @@ public:
             block->reserved = nullptr;
             block->previous = m_blocks;
             m_blocks = block;
+            ZoHeapTracker::RecordAllocation(block, sizeof(BlockHeader) + sizeof(Node) * m_nodesPerBlock);
             auto* nodes = reinterpret_cast<unsigned char*>(block + 1);
             for (uint32_t i = 0; i < m_nodesPerBlock; ++i)
                 pushFree(nodes + sizeof(Node) * i);
