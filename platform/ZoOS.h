@@ -261,3 +261,23 @@ namespace ZoOS {
 ZO_API bool CreateSequentialUuidText(CString& text);
 
 } // namespace ZoOS
+
+namespace ZoOS {
+
+// ---- persistent options -----------------------------------------------------------------------
+// The registry (Windows) or the per-user options database (POSIX: $XDG_CONFIG_HOME/zo/options.sqlite,
+// else ~/.config/zo/options.sqlite) standing in for it. `root` is a registry root's number
+// (0x80000000 HKEY_CLASSES_ROOT ... 0x80000005 HKEY_CURRENT_CONFIG); 0 names none and fails.
+// Each call opens the store, does its one read or write as one transaction and closes it again.
+//
+// Reads the value's bytes into `data`, which holds `size` bytes, and sets `size` to the number
+// read. False (nothing written into `data` on POSIX) when the store, the key or the value is
+// missing or the value has more than `size` bytes.
+ZO_API bool ReadOptionValue(uint32_t root, const CString& key, const CString& name, void* data, uint32_t& size);
+// Creates the key as needed and sets the value to `size` bytes of `type` (REG_SZ 1, REG_DWORD 4).
+// On POSIX the store's folder is made when missing, and a write waits up to ten seconds for
+// another process's write to finish before it gives up.
+ZO_API bool WriteOptionValue(uint32_t root, const CString& key, const CString& name, uint32_t type,
+                             const void* data, uint32_t size);
+
+} // namespace ZoOS
