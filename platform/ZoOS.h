@@ -286,3 +286,39 @@ ZO_API void CloseFolderListing(FolderListing listing);
 ZO_API bool MatchesWildcard(const CString& name, const CString& pattern);
 
 } // namespace ZoOS
+
+namespace ZoOS {
+
+// ---- unique identifiers -----------------------------------------------------------------------
+// A new time-ordered (version 1) UUID as 36 characters, 8-4-4-4-12 hexadecimal digits with hyphens,
+// in whatever case the system writes them. False, with the last error set, when no identifier that
+// is unique beyond this machine can be made: on Windows when UuidCreateSequential reports anything
+// but plain success (a locally unique result included) or UuidToStringW fails; on POSIX when the
+// random source or the clock fails. Safe to call from any thread.
+// On POSIX the library makes the identifier itself: the time in 100-ns steps since 15 October 1582,
+// strictly increasing within the process, a random clock sequence and a random 47-bit node with the
+// multicast bit set (so it never equals a network card's address), both chosen once per process
+// (again in a child after fork) from the system's random source.
+ZO_API bool CreateSequentialUuidText(CString& text);
+
+} // namespace ZoOS
+
+namespace ZoOS {
+
+// ---- persistent options -----------------------------------------------------------------------
+// The registry (Windows) or the per-user options database (POSIX: $XDG_CONFIG_HOME/zo/options.sqlite,
+// else ~/.config/zo/options.sqlite) standing in for it. `root` is a registry root's number
+// (0x80000000 HKEY_CLASSES_ROOT ... 0x80000005 HKEY_CURRENT_CONFIG); 0 names none and fails.
+// Each call opens the store, does its one read or write as one transaction and closes it again.
+//
+// Reads the value's bytes into `data`, which holds `size` bytes, and sets `size` to the number
+// read. False (nothing written into `data` on POSIX) when the store, the key or the value is
+// missing or the value has more than `size` bytes.
+ZO_API bool ReadOptionValue(uint32_t root, const CString& key, const CString& name, void* data, uint32_t& size);
+// Creates the key as needed and sets the value to `size` bytes of `type` (REG_SZ 1, REG_DWORD 4).
+// On POSIX the store's folder is made when missing, and a write waits up to ten seconds for
+// another process's write to finish before it gives up.
+ZO_API bool WriteOptionValue(uint32_t root, const CString& key, const CString& name, uint32_t type,
+                             const void* data, uint32_t size);
+
+} // namespace ZoOS
