@@ -10,6 +10,16 @@ namespace {
 
 const int64_t sc_ticksPerSecond = 10000000;
 
+// Fields to ticks, refusing fields that do not come back unchanged: some system versions accept
+// 29 February of a common year or day 31 of a short month and quietly move on to the next month.
+bool toTicks(const SYSTEMTIME& time, uint64_t& ticks)
+{
+    SYSTEMTIME back = {};
+    return ZoOS::SystemTimeToTicks(time, ticks) && ZoOS::TicksToSystemTime(ticks, back) && back.wYear == time.wYear &&
+           back.wMonth == time.wMonth && back.wDay == time.wDay && back.wHour == time.wHour &&
+           back.wMinute == time.wMinute && back.wSecond == time.wSecond && back.wMilliseconds == time.wMilliseconds;
+}
+
 } // namespace
 
 ZoDateTime::ZoDateTime()
@@ -49,9 +59,9 @@ ZoDateTime::ZoDateTime(const CString& text)
         local.wMinute = static_cast<uint16_t>(fields[4]);
         local.wSecond = static_cast<uint16_t>(fields[5]);
         uint64_t ticks = 0;
-        // The zone conversion refuses fields out of range; the tick conversion then checks what the
-        // zone made of them.
-        ok = ZoOS::LocalTimeToUniversal(local, universal) && ZoOS::SystemTimeToTicks(universal, ticks);
+        // The local fields must name a calendar instant before the zone may convert them, and the
+        // zone's answer must be one too (the first instants of 1601 have no earlier UTC).
+        ok = toTicks(local, ticks) && ZoOS::LocalTimeToUniversal(local, universal) && toTicks(universal, ticks);
     }
     if (!ok)
         throw ZoException(u"..\\base\\ZoDateTime.cpp", u"ZoDateTime", u"ZoDateTime", 116);
@@ -96,7 +106,7 @@ void ZoDateTime::setTicks(uint64_t ticks)
 void ZoDateTime::setUniversal(const SYSTEMTIME& universal)
 {
     uint64_t ticks = 0;
-    if (!ZoOS::SystemTimeToTicks(universal, ticks)) {
+    if (!toTicks(universal, ticks)) {
         setTicks(0);
         return;
     }

@@ -82,10 +82,13 @@ SYSTEMTIME fields(int year, int month, int day, int hour, int minute, int second
 
 TEST(ZoDateTime, TextFormAndDisplayForms)
 {
-    SKIP_WITHOUT_TZ();
+    // Read and shown in the same zone, the forms give back the text in any zone without a clock
+    // change at that moment; POSIX pins UTC so that the stored fields can be checked too.
     ScopedTimeZone zone("UTC0");
     const ZoDateTime leap(CString(u"2008-02-29 13:05:09"));
+#if !defined(_WIN32)
     EXPECT_EQ(utc(leap), "2008-02-29 13:05:09");
+#endif
     EXPECT_EQ(text(leap, ZoDateTime::eFormatDate), "29.02.2008");
     EXPECT_EQ(text(leap, ZoDateTime::eFormatDateTime), "29.02.2008 13:05:09");
     EXPECT_EQ(text(leap, ZoDateTime::eFormatDateTimeShort), "29.02.2008 13:05");
@@ -104,6 +107,12 @@ TEST(ZoDateTime, TextFormAndDisplayForms)
     }
     EXPECT_NE(text(leap, ZoDateTime::eFormatLongDate).find(std::to_string(ZoDateTime().GetYear())), std::string::npos);
 
+    EXPECT_EQ(utc(ZoDateTime(CString(u"2008- 2-29  3:05:09"))), "2008-02-29 03:05:09") << "the scan skips blanks";
+}
+
+// Needs no particular zone: none of these texts names a local instant anywhere.
+TEST(ZoDateTime, BadTextsAreRefused)
+{
     const struct
     {
         const char16_t* text;
@@ -114,7 +123,7 @@ TEST(ZoDateTime, TextFormAndDisplayForms)
         {u"2008-02-29 13:05:09 ", 0}, {u"\u00e4008-02-29 13:05:09", 0},
         // The form is right but no calendar holds the fields: the constructor refuses them too.
         {u"2008-13-01 00:00:00", 1}, {u"2009-02-29 00:00:00", 1},  {u"2008-02-29 24:00:00", 1},
-        {u"2008-02-29 -1:00:00", 1}, {u"2008-xx-29 13:05:09", 1},  {u"1600-12-31 23:59:59", 1},
+        {u"2008-02-29 -1:00:00", 1}, {u"2008-xx-29 13:05:09", 1},  {u"1600-12-31 12:00:00", 1},
     };
     for (const auto& row : rows) {
         const CString input(row.text);
@@ -128,7 +137,6 @@ TEST(ZoDateTime, TextFormAndDisplayForms)
                 << input.ToUtf8();
         }
     }
-    EXPECT_EQ(utc(ZoDateTime(CString(u"2008- 2-29  3:05:09"))), "2008-02-29 03:05:09") << "the scan skips blanks";
 }
 
 TEST(ZoDateTime, CalendarArithmetic)
