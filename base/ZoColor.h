@@ -10,6 +10,9 @@
 // The 138 named colours are the common web colour keywords, built once at library load from channel
 // fractions through RgbToDword and only read afterwards.
 //
+// There is no constructor from the Direct3D extension colour type: neither target builds against
+// that library, and (red, green, blue, alpha) floats say the same.
+//
 // Binary form: version record 0, then the packed value as an unsigned 32-bit number.
 #pragma once
 
@@ -25,6 +28,8 @@ class ZO_API ZoColor
 public:
     // Opaque white, 0xFFFFFFFF.
     ZoColor() : m_value(0xFFFFFFFFu) {}
+    // Explicit: beside the COLORREF conversion below, an implicit one would make every comparison
+    // of a colour with a number ambiguous.
     explicit ZoColor(uint32_t value) : m_value(value) {}
     // ((alpha * 256 + red) * 256 + green) * 256 + blue with plain additions: a channel above 255
     // spills into the next byte (wrapping modulo 2^32).
