@@ -91,7 +91,8 @@ public:
     // The conversions of the table; each throws for the kinds the table refuses. Floats convert to
     // integers by truncation toward zero; a value the target cannot hold (or NaN) gives what the x64
     // conversion gives, 0x80000000 for ToINT and 0 (the low half of 0x8000000000000000) for ToDWORD.
-    // Strings convert as _wtoi (saturating at the 32-bit range) and _wtof do.
+    // Strings convert as _wtoi (saturating at the 32-bit range) and _wtof do; the latter is the C
+    // library's strtod, so the process's locale decides the decimal point, as it does on Windows.
     int ToBOOL() const;
     int32_t ToINT() const;
     uint32_t ToDWORD() const;
