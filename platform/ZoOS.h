@@ -322,3 +322,49 @@ ZO_API bool WriteOptionValue(uint32_t root, const CString& key, const CString& n
                              const void* data, uint32_t size);
 
 } // namespace ZoOS
+
+// ---- date and time ----------------------------------------------------------------------------
+// Calendar fields are SYSTEMTIME values; ticks are 100-nanosecond steps since 1 January 1601 UTC
+// (the FILETIME count). Local time is the current time zone of the process: the Win32 time-zone
+// calls on Windows, the C library's rules (TZ, /etc/localtime) through localtime_r/mktime elsewhere.
+namespace ZoOS {
+
+// The present moment in UTC.
+ZO_API void GetCurrentUniversalTime(SYSTEMTIME& universal);
+// Fields to ticks; false (ticks unchanged) when a field is out of range (years 1601..30827, real
+// calendar days, hours 0..23, minutes and seconds 0..59, milliseconds 0..999). The day of week is
+// ignored.
+ZO_API bool SystemTimeToTicks(const SYSTEMTIME& time, uint64_t& ticks);
+// Ticks to fields with the day of week; false (fields unchanged) from 2^63 on.
+ZO_API bool TicksToSystemTime(uint64_t ticks, SYSTEMTIME& time);
+// Between UTC and the local time of the current time zone, daylight saving included. A local time
+// that a clock change skips or repeats is resolved as the system resolves it. False for fields out
+// of range (output unchanged).
+ZO_API bool LocalTimeToUniversal(const SYSTEMTIME& local, SYSTEMTIME& universal);
+ZO_API bool UniversalTimeToLocal(const SYSTEMTIME& universal, SYSTEMTIME& local);
+// The time of day on the 24-hour clock, "hh:mm:ss" or "hh:mm": the user's locale with the 24-hour
+// clock forced on Windows, the fixed picture elsewhere.
+ZO_API CString FormatTimeOfDay(const SYSTEMTIME& local, bool withSeconds);
+// Today's date (not any given date) in the user's long date form; on POSIX the C locale's, e.g.
+// "Monday, March 5, 2009".
+ZO_API CString FormatCurrentLongDate();
+// A file's (or folder's) creation and last-modification times as ticks; false when the path cannot
+// be found. Windows reads them from the folder entry (FindFirstFileW). On POSIX the creation time is
+// the birth time where the file system reports one (statx), else the time of the last status
+// change, which is the nearest the system keeps.
+ZO_API bool ReadFileTimes(const CString& path, uint64_t& creationTicks, uint64_t& modificationTicks);
+
+} // namespace ZoOS
+
+// ---- COM variants (Windows only) --------------------------------------------------------------
+// ZoVariant::ToVariant hands out COM VARIANTs; POSIX has no COM, so none of this exists there.
+#if defined(_WIN32)
+#  include <oleauto.h>
+namespace ZoOS {
+
+// A new system string (BSTR) with the text; the caller frees it (SysFreeString, or VariantClear of
+// the VARIANT holding it). Null when the system has no memory for it.
+ZO_API BSTR AllocateSystemString(const CString& text);
+
+} // namespace ZoOS
+#endif

@@ -2,8 +2,11 @@
 // other: `zo-cross-file write FOLDER` makes scalars.bin (a plain binary stream of every fixed-width
 // kind) and archive.bin (the same values and a long series in a compressed archive);
 // `zo-cross-file read FOLDER` reads both back and says "cross-file ok" when every value matches.
-// `long` is left out on purpose: its width is the platform's.
+// `long` is left out on purpose: its width is the platform's. colours.bin holds a colour table and a
+// date (its tick count), checked field by field.
 #include "base/ZoClassSerialization.h"
+#include "base/ZoColorTable.h"
+#include "base/ZoDateTime.h"
 #include "base/ZoException.h"
 #include "base/ZoStreamReadBinaryFile.h"
 #include "base/ZoStreamWriteBinaryFile.h"
@@ -60,8 +63,49 @@ CString join(const char* folder, const char16_t* name)
     return path + name;
 }
 
+// 2009-03-05 10:00:30.250 UTC.
+const uint64_t kDateTicks = 128807208302500000ull;
+
+ZoColorTable sampleColorTable()
+{
+    ZoColorTable table(6, -1.0f, 2.0f);
+    table.SetUnderflowColor(ZoColor::c_GREEN);
+    table.AddColorValue(ZoColor::c_ALICEBLUE, -1.0f, 0.0f);
+    table.AddColorRamp(ZoColor::c_BLUE, 0.5f, ZoColor::c_RED, 2.0f);
+    return table;
+}
+
+void writeColorsAndDate(const char* folder)
+{
+    ZoStreamWriteBinaryFile out(join(folder, u"colours.bin"));
+    sampleColorTable().Serialize(out);
+    out << static_cast<uint64_t>(ZoDateTime(kDateTicks));
+    out.Close();
+}
+
+bool checkColorsAndDate(const char* folder)
+{
+    ZoStreamReadBinaryFile in(join(folder, u"colours.bin"));
+    ZoColorTable table(1);
+    table.Serialize(in);
+    uint64_t ticks = 0;
+    in >> ticks;
+    const ZoColorTable expected = sampleColorTable();
+    bool ok = table.GetEntryCount() == expected.GetEntryCount() &&
+              table.GetUnderflowColor() == expected.GetUnderflowColor();
+    for (float value = -1.0f; value <= 2.0f && ok; value += 0.25f)
+        ok = table.GetColorValue(value) == expected.GetColorValue(value);
+    const ZoDateTime date(ticks);
+    ok = ok && ticks == kDateTicks && date.GetYear() == 2009 && date.GetMonth() == 3 && date.GetDay() == 5 &&
+         date.GetHour() == 10 && date.GetMinute() == 0 && date.GetSecond() == 30 && date.GetMillisecond() == 250;
+    if (!ok)
+        std::printf("colours.bin: the colour table or the date differs from what was written\n");
+    return ok;
+}
+
 int write(const char* folder)
 {
+    writeColorsAndDate(folder);
     {
         ZoStreamWriteBinaryFile out(join(folder, u"scalars.bin"));
         writeValues(out);
@@ -90,6 +134,7 @@ int read(const char* folder)
             ok = false;
         }
     }
+    ok = checkColorsAndDate(folder) && ok;
     if (ok)
         std::printf("cross-file ok\n");
     return ok ? 0 : 1;

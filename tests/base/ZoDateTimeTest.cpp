@@ -1,0 +1,252 @@
+// Date and time: the text form and every display form, calendar arithmetic against known instants
+// and a randomized round trip, local time in two zones across their daylight-saving changes, and
+// file times.
+#include "base/ZoDateTime.h"
+#include "base/ZoException.h"
+
+#include "ZoContainerTestSupport.h"
+#include "ZoTestSupport.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <random>
+#include <string>
+
+namespace {
+
+// Sets TZ for the scope and restores it afterwards. POSIX only: Windows takes the zone from the
+// system settings, which a test cannot change for itself.
+class ScopedTimeZone
+{
+public:
+    explicit ScopedTimeZone(const char* zone)
+    {
+#if !defined(_WIN32)
+        if (const char* old = std::getenv("TZ")) {
+            m_hadOld = true;
+            m_old = old;
+        }
+        setenv("TZ", zone, 1);
+        tzset();
+#else
+        (void)zone;
+#endif
+    }
+    ~ScopedTimeZone()
+    {
+#if !defined(_WIN32)
+        if (m_hadOld)
+            setenv("TZ", m_old.c_str(), 1);
+        else
+            unsetenv("TZ");
+        tzset();
+#endif
+    }
+
+private:
+    bool m_hadOld = false;
+    std::string m_old;
+};
+
+#if defined(_WIN32)
+#define SKIP_WITHOUT_TZ() GTEST_SKIP() << "Windows takes the time zone from the system settings, not from TZ"
+#else
+#define SKIP_WITHOUT_TZ() (void)0
+#endif
+
+std::string text(const ZoDateTime& value, ZoDateTime::EFormat format)
+{
+    return value.ToString(format).ToUtf8();
+}
+
+std::string utc(const ZoDateTime& value)
+{
+    return CString::Formatted(u"%04d-%02d-%02d %02d:%02d:%02d", value.GetYear(), value.GetMonth(), value.GetDay(),
+                              value.GetHour(), value.GetMinute(), value.GetSecond())
+        .ToUtf8();
+}
+
+SYSTEMTIME fields(int year, int month, int day, int hour, int minute, int second, int millisecond = 0)
+{
+    SYSTEMTIME time = {};
+    time.wYear = static_cast<uint16_t>(year);
+    time.wMonth = static_cast<uint16_t>(month);
+    time.wDay = static_cast<uint16_t>(day);
+    time.wHour = static_cast<uint16_t>(hour);
+    time.wMinute = static_cast<uint16_t>(minute);
+    time.wSecond = static_cast<uint16_t>(second);
+    time.wMilliseconds = static_cast<uint16_t>(millisecond);
+    return time;
+}
+
+TEST(ZoDateTime, TextFormAndDisplayForms)
+{
+    // Read and shown in the same zone, the forms give back the text in any zone without a clock
+    // change at that moment; POSIX pins UTC so that the stored fields can be checked too.
+    ScopedTimeZone zone("UTC0");
+    const ZoDateTime leap(CString(u"2008-02-29 13:05:09"));
+#if !defined(_WIN32)
+    EXPECT_EQ(utc(leap), "2008-02-29 13:05:09");
+#endif
+    EXPECT_EQ(text(leap, ZoDateTime::eFormatDate), "29.02.2008");
+    EXPECT_EQ(text(leap, ZoDateTime::eFormatDateTime), "29.02.2008 13:05:09");
+    EXPECT_EQ(text(leap, ZoDateTime::eFormatDateTimeShort), "29.02.2008 13:05");
+    EXPECT_EQ(text(leap, ZoDateTime::eFormatSortable), "2008-02-29 13:05:09");
+    EXPECT_EQ(text(leap, ZoDateTime::eFormatTime), "13:05:09");
+    EXPECT_EQ(text(leap, ZoDateTime::eFormatTimeShort), "13:05");
+    EXPECT_EQ(text(leap, static_cast<ZoDateTime::EFormat>(8)), "");
+    EXPECT_EQ(text(leap, static_cast<ZoDateTime::EFormat>(0xFFFFFFFFu)), "");
+    // The long forms show today's date, whatever the value (retried once should midnight pass).
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        const std::string today = text(leap, ZoDateTime::eFormatLongDate);
+        const std::string both = text(leap, ZoDateTime::eFormatLongDateTime);
+        if (both == today + " 13:05:09" && today == text(leap, ZoDateTime::eFormatLongDate))
+            break;
+        EXPECT_EQ(attempt, 0) << both << " / " << today;
+    }
+    EXPECT_NE(text(leap, ZoDateTime::eFormatLongDate).find(std::to_string(ZoDateTime().GetYear())), std::string::npos);
+
+    EXPECT_EQ(utc(ZoDateTime(CString(u"2008- 2-29  3:05:09"))), "2008-02-29 03:05:09") << "the scan skips blanks";
+}
+
+// Needs no particular zone: none of these texts names a local instant anywhere.
+TEST(ZoDateTime, BadTextsAreRefused)
+{
+    const struct
+    {
+        const char16_t* text;
+        int valid;     // HasValidFormat
+    } rows[] = {
+        {u"2008-2-29 13:05:09", 0},  {u"2008/02/29 13:05:09", 0}, {u"", 0},
+        {u"2008-02-29T13:05:09", 0}, {u"2008-02-29 13-05-09", 0}, {u"abcd-ef-gh ij:kl:mn", 0},
+        {u"2008-02-29 13:05:09 ", 0}, {u"\u00e4008-02-29 13:05:09", 0},
+        // The form is right but no calendar holds the fields: the constructor refuses them too.
+        {u"2008-13-01 00:00:00", 1}, {u"2009-02-29 00:00:00", 1},  {u"2008-02-29 24:00:00", 1},
+        {u"2008-02-29 -1:00:00", 1}, {u"2008-xx-29 13:05:09", 1},  {u"1600-12-31 12:00:00", 1},
+    };
+    for (const auto& row : rows) {
+        const CString input(row.text);
+        EXPECT_EQ(ZoDateTime::HasValidFormat(input), row.valid) << input.ToUtf8();
+        try {
+            ZoDateTime parsed(input);
+            ADD_FAILURE() << "accepted " << input.ToUtf8();
+        } catch (const ZoException& e) {
+            EXPECT_TRUE(e.GetThrowingClassName() == CString(u"ZoDateTime") &&
+                        e.GetThrowingMethodName() == CString(u"ZoDateTime") && e.GetCodeLine() == 116u)
+                << input.ToUtf8();
+        }
+    }
+}
+
+TEST(ZoDateTime, CalendarArithmetic)
+{
+    const uint64_t unixEpoch = 116444736000000000ull;
+    EXPECT_EQ(static_cast<uint64_t>(ZoDateTime(fields(1970, 1, 1, 0, 0, 0))), unixEpoch);
+    EXPECT_EQ(ZoDateTime(unixEpoch).GetSystemTime().wDayOfWeek, 4) << "a Thursday";
+    EXPECT_EQ(utc(ZoDateTime(uint64_t(0))), "1601-01-01 00:00:00");
+    EXPECT_EQ(utc(ZoDateTime((uint64_t(1) << 63) - 1)), "30828-09-14 02:48:05");
+    // What the calendar cannot hold becomes tick 0, fields and ticks alike.
+    EXPECT_EQ(static_cast<uint64_t>(ZoDateTime(uint64_t(1) << 63)), 0u);
+    EXPECT_EQ(utc(ZoDateTime(fields(2009, 2, 29, 0, 0, 0))), "1601-01-01 00:00:00");
+
+    const ZoDateTime start(fields(2009, 3, 5, 10, 0, 30, 250));
+    ZoDateTime later(static_cast<uint64_t>(start) + 10000000);
+    EXPECT_EQ(later.GetDifference(start), 1);
+    EXPECT_EQ(start.GetDifference(later), -1);
+    later = static_cast<uint64_t>(start) + 15000000;
+    EXPECT_EQ(later.GetDifference(start), 1);
+    EXPECT_EQ(start.GetDifference(later), -1);
+    EXPECT_TRUE(start < later && start <= later && later > start && later >= start && start != later);
+
+    ZoDateTime moved(start);
+    moved.AddTimeInterval(-60);
+    EXPECT_EQ(utc(moved), "2009-03-05 09:59:30");
+    EXPECT_EQ(moved.GetMillisecond(), 250u);
+    moved = ZoDateTime(fields(2009, 1, 1, 0, 0, 30));
+    moved.AddTimeInterval(-60);
+    EXPECT_EQ(utc(moved), "2008-12-31 23:59:30");
+    moved.AddTimeInterval(86400 * 366);
+    EXPECT_EQ(utc(moved), "2010-01-01 23:59:30");
+
+    // Fields to ticks and back over random instants, against the day count of a plain model.
+    const unsigned seed = zotest::ModelTestSeed();
+    std::mt19937 random(seed);
+    for (int i = 0; i < 2000; ++i) {
+        const int year = 1601 + static_cast<int>(random() % 28000);
+        const int month = 1 + static_cast<int>(random() % 12);
+        const int day = 1 + static_cast<int>(random() % 28);
+        const SYSTEMTIME original = fields(year, month, day, random() % 24, random() % 60, random() % 60, random() % 1000);
+        const ZoDateTime value(original);
+        const ZoDateTime back(static_cast<uint64_t>(value));
+        ASSERT_EQ(utc(back), utc(value)) << "seed " << seed;
+        ASSERT_EQ(back.GetMillisecond(), original.wMilliseconds) << "seed " << seed;
+        // Model: whole days since 1601 by counting years and months.
+        int64_t days = 0;
+        for (int y = 1601; y < year; ++y)
+            days += (y % 4 == 0 && (y % 100 != 0 || y % 400 == 0)) ? 366 : 365;
+        static const int lengths[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+        for (int m = 1; m < month; ++m)
+            days += lengths[m - 1] + (m == 2 && year % 4 == 0 && (year % 100 != 0 || year % 400 == 0) ? 1 : 0);
+        days += day - 1;
+        ASSERT_EQ(static_cast<uint64_t>(value) / 864000000000ull, static_cast<uint64_t>(days)) << "seed " << seed;
+        ASSERT_EQ(back.GetSystemTime().wDayOfWeek, (days + 1) % 7) << "seed " << seed;
+    }
+}
+
+TEST(ZoDateTime, LocalTimeInTwoZonesAcrossDaylightSaving)
+{
+    SKIP_WITHOUT_TZ();
+    const struct
+    {
+        const char* zone;
+        const char16_t* local;
+        const char* universal;
+    } rows[] = {
+        // Central Europe: summer time from 2009-03-29 02:00 to 2009-10-25 03:00.
+        {"CET-1CEST,M3.5.0,M10.5.0/3", u"2009-01-15 12:00:00", "2009-01-15 11:00:00"},
+        {"CET-1CEST,M3.5.0,M10.5.0/3", u"2009-07-15 12:00:00", "2009-07-15 10:00:00"},
+        {"CET-1CEST,M3.5.0,M10.5.0/3", u"2009-03-29 01:30:00", "2009-03-29 00:30:00"},
+        {"CET-1CEST,M3.5.0,M10.5.0/3", u"2009-03-29 03:30:00", "2009-03-29 01:30:00"},
+        // US Eastern: summer time from 2009-03-08 02:00 to 2009-11-01 02:00.
+        {"EST5EDT,M3.2.0,M11.1.0", u"2009-01-15 12:00:00", "2009-01-15 17:00:00"},
+        {"EST5EDT,M3.2.0,M11.1.0", u"2009-07-15 12:00:00", "2009-07-15 16:00:00"},
+        {"EST5EDT,M3.2.0,M11.1.0", u"2009-03-08 01:30:00", "2009-03-08 06:30:00"},
+        {"EST5EDT,M3.2.0,M11.1.0", u"2009-03-08 03:30:00", "2009-03-08 07:30:00"},
+    };
+    for (const auto& row : rows) {
+        ScopedTimeZone zone(row.zone);
+        const ZoDateTime value{CString(row.local)};
+        EXPECT_EQ(utc(value), row.universal) << row.zone;
+        EXPECT_EQ(value.ToString(ZoDateTime::eFormatSortable), CString(row.local)) << row.zone;
+    }
+    ScopedTimeZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
+    const ZoDateTime beforeChange(CString(u"2009-03-29 01:59:00"));
+    const ZoDateTime afterChange(CString(u"2009-03-29 03:01:00"));
+    EXPECT_EQ(afterChange.GetDifference(beforeChange), 120) << "the skipped hour is no time at all";
+    // 5 March 2009 23:30 UTC is already the 6th in Central Europe.
+    EXPECT_EQ(text(ZoDateTime(fields(2009, 3, 5, 23, 30, 0)), ZoDateTime::eFormatDate), "06.03.2009");
+    EXPECT_EQ(text(ZoDateTime(fields(2009, 3, 5, 12, 0, 0)), ZoDateTime::eFormatDate), "05.03.2009");
+}
+
+TEST(ZoDateTime, FileTimes)
+{
+    zotest::TempFolder folder;
+    const ZoDateTime before;
+    std::ofstream(folder.Path("stamp.txt")) << "x";
+    ZoDateTime modified(uint64_t(0)), created(uint64_t(0));
+    ASSERT_EQ(modified.ReadFileModificationTime(folder.CPath("stamp.txt")), 1);
+    ASSERT_EQ(created.ReadFileCreationTime(folder.CPath("stamp.txt")), 1);
+    const ZoDateTime after;
+    // File systems keep coarse stamps; a few seconds either way is the same moment here.
+    EXPECT_GE(modified.GetDifference(before), -5);
+    EXPECT_LE(modified.GetDifference(after), 5);
+    EXPECT_GE(created.GetDifference(before), -5);
+    EXPECT_LE(created.GetDifference(after), 5);
+    ZoDateTime untouched(fields(2001, 2, 3, 4, 5, 6));
+    EXPECT_EQ(untouched.ReadFileModificationTime(folder.CPath("missing.txt")), 0);
+    EXPECT_EQ(untouched.ReadFileCreationTime(folder.CPath("missing.txt")), 0);
+    EXPECT_EQ(utc(untouched), "2001-02-03 04:05:06");
+}
+
+} // namespace
