@@ -65,12 +65,13 @@ uint32_t ZoProbabilityModelQuasiStatic::GetSymbol(uint32_t& target, uint32_t& fr
         uint32_t lo = 0;
         uint32_t hi = m_symbolCount;
         const uint32_t* cumulative = m_cumulative.get();
+        // Written for conditional moves: the comparison is as good as random, and mispredicted
+        // branches would cost more than the rest of decoding a symbol.
         do {
             const uint32_t mid = (lo + hi) >> 1;
-            if (cumulative[mid] > target)
-                hi = mid;
-            else
-                lo = mid;
+            const bool above = cumulative[mid] > target;
+            hi = above ? mid : hi;
+            lo = above ? lo : mid;
         } while (lo + 1 != hi);
         symbol = lo;
     }
