@@ -3,13 +3,18 @@
 // kind) and archive.bin (the same values and a long series in a compressed archive);
 // `zo-cross-file read FOLDER` reads both back and says "cross-file ok" when every value matches.
 // `long` is left out on purpose: its width is the platform's. colours.bin holds a colour table and a
-// date (its tick count), checked field by field.
+// date (its tick count), checked field by field; coded.bin holds a range-coded block and a compressed
+// float stream (see writeCoded).
 #include "base/ZoClassSerialization.h"
 #include "base/ZoColorTable.h"
 #include "base/ZoDateTime.h"
 #include "base/ZoException.h"
 #include "base/ZoStreamReadBinaryFile.h"
 #include "base/ZoStreamWriteBinaryFile.h"
+#include "compression/ZoCompressRangeCoder.h"
+#include "compression/ZoDecompressRangeCoder.h"
+#include "compression/ZoStreamReadCompressedFloatingPoint.h"
+#include "compression/ZoStreamWriteCompressedFloatingPoint.h"
 #include "platform/ZoOS.h"
 
 #include <cstdio>
@@ -103,6 +108,65 @@ bool checkColorsAndDate(const char* folder)
     return ok;
 }
 
+// The range-coded values: symbols of a 300-symbol model, raw bits of every width and raw doubles;
+// then floats (a smooth series with special patterns among them) through the lossless float stream.
+uint32_t codedSymbol(uint32_t i) { return (i * i + 7 * i) % 300; }
+float codedFloat(uint32_t i)
+{
+    const uint32_t special[] = {0x80000000u, 0x00000001u, 0x7F800000u, 0xFF800000u, 0x7FC00123u};
+    // Plain arithmetic, which rounds alike everywhere (the C libraries' sin does not).
+    float value = static_cast<float>(i % 1000) / 7.0f - static_cast<float>(i / 1000) * 0.125f;
+    if (i % 97 == 0)
+        std::memcpy(&value, &special[(i / 97) % 5], 4);
+    return value;
+}
+
+void writeCoded(const CString& path)
+{
+    ZoStreamWriteBinaryFile out(path);
+    {
+        ZoCompressRangeCoder coder(out, 300, 0);
+        for (uint32_t i = 0; i < kSeriesLength; ++i)
+            coder << codedSymbol(i);
+        for (uint32_t width = 1; width <= 32; ++width)
+            coder.WriteRawBits(0x9E3779B9u * width, width);
+        coder << -1.0e300 << 2.5f;
+    }
+    {
+        ZoStreamWriteCompressedFloatingPoint floats(out, 0);
+        for (uint32_t i = 1; i < kSeriesLength; ++i)
+            floats.WriteValue(codedFloat(i), codedFloat(i - 1));
+    }
+    out.Close();
+}
+
+bool checkCoded(const CString& path)
+{
+    ZoStreamReadBinaryFile in(path);
+    ZoDecompressRangeCoder decoder(in, 300);
+    bool ok = true;
+    for (uint32_t i = 0; i < kSeriesLength; ++i) {
+        uint32_t symbol = 0;
+        decoder >> symbol;
+        ok = ok && symbol == codedSymbol(i);
+    }
+    for (uint32_t width = 1; width <= 32; ++width)
+        ok = ok && decoder.ReadRawBits(width) == ((0x9E3779B9u * width) & (0xFFFFFFFFu >> (32 - width)));
+    double d = 0;
+    float f = 0;
+    decoder >> d >> f;
+    ok = ok && d == -1.0e300 && f == 2.5f;
+    ZoStreamReadCompressedFloatingPoint floats(in);
+    for (uint32_t i = 1; i < kSeriesLength; ++i) {
+        const float value = floats.ReadValue(codedFloat(i - 1));
+        const float expected = codedFloat(i);
+        ok = ok && std::memcmp(&value, &expected, 4) == 0;
+    }
+    if (!ok)
+        std::printf("coded.bin: a value differs from what was coded\n");
+    return ok;
+}
+
 int write(const char* folder)
 {
     writeColorsAndDate(folder);
@@ -116,6 +180,7 @@ int write(const char* folder)
     for (uint32_t i = 0; i < kSeriesLength; ++i)
         out << i % 1000;
     out.Close();
+    writeCoded(join(folder, u"coded.bin"));
     std::printf("cross-file written\n");
     return 0;
 }
@@ -135,6 +200,7 @@ int read(const char* folder)
         }
     }
     ok = checkColorsAndDate(folder) && ok;
+    ok = checkCoded(join(folder, u"coded.bin")) && ok;
     if (ok)
         std::printf("cross-file ok\n");
     return ok ? 0 : 1;

@@ -1,0 +1,3 @@
+#include "compression/ZoFloatingPointQuantization.h"
+
+ZoFloatingPointQuantization::~ZoFloatingPointQuantization() = default;

@@ -1,0 +1,217 @@
+// The range coder and its quasi-static model: the block format byte for byte, the model's rebuild
+// schedule, randomized round trips of every kind of operation against a recorded script, the
+// compression a stationary source reaches, and damaged blocks ending in the stream exceptions.
+#include "base/ZoExceptionPreconditionViolation.h"
+#include "base/ZoExceptionStream.h"
+#include "base/ZoStreamReadBinaryMemory.h"
+#include "base/ZoStreamWriteBinaryMemory.h"
+#include "compression/ZoCompressRangeCoder.h"
+#include "compression/ZoDecompressRangeCoder.h"
+
+#include "ZoTestSupport.h"
+#include "base/ZoContainerTestSupport.h"
+
+#include <cmath>
+#include <functional>
+#include <iostream>
+#include <random>
+
+namespace {
+
+using Buffer = std::vector<unsigned char>;
+using Model = ZoProbabilityModelQuasiStatic;
+
+void expectStreamError(const std::function<void()>& action, const char* method)
+{
+    try {
+        action();
+        ADD_FAILURE() << "no exception from " << method;
+    } catch (const ZoExceptionStream& e) {
+        EXPECT_EQ(e.GetThrowingClassName().ToUtf8(), "ZoDecompressRangeCoder");
+        EXPECT_EQ(e.GetThrowingMethodName().ToUtf8(), method);
+        const uint32_t line = e.GetCodeLine();
+        EXPECT_TRUE(std::string(method) == "Initialize" ? line == 93 : line == 141 || line == 160) << line;
+    }
+}
+
+TEST(ZoCompressRangeCoderTest, EmptyEncoderWritesVersionCountAndFinalLow)
+{
+    ZoStreamWriteBinaryMemory target;
+    { ZoCompressRangeCoder coder(target, 256, 0); }
+    EXPECT_EQ(target.GetBuffer(), zotest::Bytes({0, 0, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST(ZoCompressRangeCoderTest, ModelPreconditionAndRebuildSchedule)
+{
+    struct Case { uint32_t symbols, bits, period; bool valid; };
+    for (const Case& c : {Case{2, 16, 1024, true}, Case{16384, 16, 1024, true}, Case{16385, 16, 1024, false},
+                          Case{1, 16, 1024, false}, Case{4, 17, 1024, false}, Case{4, 4, 31, true},
+                          Case{4, 16, 131071, true}, Case{4, 16, 131072, false}, Case{5, 4, 8, false}}) {
+        SCOPED_TRACE(c.symbols);
+        try {
+            Model model(c.symbols, c.bits, c.period);
+            EXPECT_TRUE(c.valid);
+        } catch (const ZoExceptionPreconditionViolation& e) {
+            EXPECT_FALSE(c.valid);
+            EXPECT_EQ(e.GetThrowingMethodName().ToUtf8(), "ZoProbabilityModelQuasiStatic");
+            EXPECT_EQ(e.GetCodeLine(), 56u);
+        }
+    }
+    // 256 symbols of 16 bits: counts of 256; the first period is 32 updates, each adding 1024 to
+    // the halved count of 128, so the rebuilt table gives symbol 0 exactly 128 + 32 * 1024.
+    Model model(256, 16, 1024);
+    uint32_t low = 0, frequency = 0;
+    for (int i = 0; i < 32; ++i) {
+        model.GetFrequencies(0, low, frequency);
+        EXPECT_EQ(frequency, 256u);
+    }
+    model.GetFrequencies(1, low, frequency);
+    EXPECT_EQ(low, 32896u);
+    EXPECT_EQ(frequency, 128u);
+    uint32_t target = 70000;
+    EXPECT_EQ(model.GetSymbol(target, frequency), 255u);
+    EXPECT_EQ(target + frequency, 65536u);
+}
+
+// One coded operation of the script: which kind, with what model or width, and the value.
+struct Step
+{
+    int kind; // 0 own-model symbol, 1 symbol of a side model, 2 raw bits, 3 raw bytes, 4 double, 5 char
+    uint32_t width;
+    uint32_t value;
+};
+
+TEST(ZoCompressRangeCoderTest, RandomScriptsRoundTrip)
+{
+    const unsigned seed = zotest::ModelTestSeed();
+    std::mt19937 random(seed);
+    for (uint32_t symbols : {2u, 3u, 17u, 256u, 1000u, 16384u}) {
+        SCOPED_TRACE(::testing::Message() << "seed " << seed << ", alphabet " << symbols);
+        // Skewed symbols, so the model moves away from uniform; side models of other sizes.
+        std::geometric_distribution<uint32_t> skewed(symbols > 64 ? 0.01 : 0.3);
+        std::vector<Step> script;
+        for (int i = 0; i < 60000; ++i) {
+            const int kind = i % 7 < 3 ? 0 : static_cast<int>(random() % 6);
+            const uint32_t width = kind == 1 ? random() % 2 : kind == 2 ? 1 + random() % 32 : 0;
+            uint32_t value = kind == 0 ? skewed(random) % symbols : static_cast<uint32_t>(random());
+            if (kind == 1)
+                value %= width == 0 ? 2 : 5000;
+            if (kind == 5)
+                value %= std::min(symbols, 128u);
+            script.push_back({kind, width, value});
+        }
+        auto sideModels = [] {
+            return std::vector<ZoSmartPointer<Model>>{new Model(2, 16, 1024), new Model(5000, 16, 1024)};
+        };
+        ZoStreamWriteBinaryMemory target;
+        {
+            ZoCompressRangeCoder coder(target, symbols, 16);
+            const auto side = sideModels();
+            for (const Step& s : script) {
+                const uint32_t raw = s.value;
+                switch (s.kind) {
+                case 0: coder << s.value; break;
+                case 1: coder.WriteSymbol(s.value, *side[s.width]); break;
+                case 2: coder.WriteRawBits(s.value, s.width); break;
+                case 3: coder.WriteRaw(&raw, 3); break;
+                case 4: coder << static_cast<double>(s.value) / 7; break;
+                default: coder << static_cast<char>(s.value); break;
+                }
+            }
+        }
+        ZoStreamReadBinaryMemory source(target.GetBuffer());
+        ZoDecompressRangeCoder decoder(source, symbols);
+        const auto side = sideModels();
+        for (size_t i = 0; i < script.size(); ++i) {
+            const Step& s = script[i];
+            uint32_t got = 0;
+            switch (s.kind) {
+            case 0: decoder >> got; break;
+            case 1: got = decoder.ReadSymbol(*side[s.width]); break;
+            case 2: got = decoder.ReadRawBits(s.width); break;
+            case 3: decoder.ReadRaw(&got, 3); break;
+            case 4: { double d = 0; decoder >> d; got = d == static_cast<double>(s.value) / 7 ? s.value : ~s.value; break; }
+            default: { char c = 0; decoder >> c; got = static_cast<uint32_t>(c); break; }
+            }
+            const uint32_t expected = s.kind == 2 && s.width < 32 ? s.value & ((1u << s.width) - 1)
+                                      : s.kind == 3 ? s.value & 0xFFFFFF : s.value;
+            ASSERT_EQ(got, expected) << "step " << i << ", kind " << s.kind;
+        }
+        EXPECT_EQ(source.GetRemaining(), 0u);
+        // Nothing more was coded: the block runs out.
+        expectStreamError([&] { unsigned char extra[16]; decoder.ReadRaw(extra, sizeof extra); }, "normalize");
+    }
+}
+
+TEST(ZoCompressRangeCoderTest, StationarySourceComesCloseToItsEntropy)
+{
+    const double probabilities[] = {0.5, 0.2, 0.12, 0.08, 0.05, 0.03, 0.015, 0.005};
+    std::discrete_distribution<uint32_t> source(std::begin(probabilities), std::end(probabilities));
+    std::mt19937 random(zotest::ModelTestSeed());
+    const uint32_t length = 1000000;
+    std::vector<double> counts(8, 0.0);
+    ZoStreamWriteBinaryMemory target;
+    {
+        ZoCompressRangeCoder coder(target, 8, length / 4);
+        for (uint32_t i = 0; i < length; ++i) {
+            const uint32_t symbol = source(random);
+            counts[symbol] += 1;
+            coder << symbol;
+        }
+    }
+    double entropyBits = 0;
+    for (double count : counts)
+        if (count > 0)
+            entropyBits -= count * std::log2(count / length);
+    // Version record, byte count and the four bytes of the final low.
+    const double bound = entropyBits / 8 + 12;
+    const double excess = 100.0 * (static_cast<double>(target.GetSize()) / bound - 1);
+    std::cout << "range coder: " << target.GetSize() << " bytes for " << length << " symbols, order-0 entropy "
+              << bound << " bytes with the block overhead (" << excess << " % above)" << std::endl;
+    EXPECT_LT(excess, 1.0);
+}
+
+TEST(ZoCompressRangeCoderTest, DamagedBlocksThrowStreamExceptions)
+{
+    ZoStreamWriteBinaryMemory target;
+    {
+        ZoCompressRangeCoder coder(target, 300, 0);
+        for (uint32_t i = 0; i < 2000; ++i)
+            coder << (i * i) % 300;
+    }
+    const Buffer block = target.GetBuffer();
+    auto decodeAll = [](const Buffer& bytes) {
+        ZoStreamReadBinaryMemory source(bytes);
+        ZoDecompressRangeCoder decoder(source, 300);
+        for (uint32_t i = 0; i < 2000; ++i) {
+            uint32_t symbol = 0;
+            decoder >> symbol;
+        }
+        unsigned char rest[64];
+        decoder.ReadRaw(rest, sizeof rest);
+    };
+    // Cut anywhere: short headers fail in the scalar reads, short blocks in Initialize.
+    for (size_t size = 0; size < 12; ++size) {
+        EXPECT_ANY_THROW(decodeAll(Buffer(block.begin(), block.begin() + size)));
+    }
+    for (size_t size = 12; size < block.size(); size += 7)
+        expectStreamError([&] { decodeAll(Buffer(block.begin(), block.begin() + size)); }, "Initialize");
+    for (uint32_t count : {0u, 3u})
+        expectStreamError([&] { decodeAll(zotest::Bytes({0, 0, 0, 0, int(count), 0, 0, 0, 1, 2, 3})); }, "Initialize");
+    // A block with a shortened count, and blocks of noise: all run out of bytes sooner or later.
+    Buffer shortened = block;
+    shortened[4] = static_cast<unsigned char>(block.size() / 2 - 8);
+    shortened[5] = static_cast<unsigned char>((block.size() / 2 - 8) >> 8);
+    expectStreamError([&] { decodeAll(shortened); }, "normalize");
+    std::mt19937 random(zotest::ModelTestSeed());
+    for (int trial = 0; trial < 300; ++trial) {
+        Buffer noise = zotest::Bytes({0, 0, 0, 0, 0, 0, 0, 0});
+        const uint32_t size = 4 + random() % 200;
+        noise[4] = static_cast<unsigned char>(size);
+        for (uint32_t i = 0; i < size; ++i)
+            noise.push_back(static_cast<unsigned char>(random()));
+        expectStreamError([&] { decodeAll(noise); }, "normalize");
+    }
+}
+
+} // namespace
