@@ -1,4 +1,5 @@
-// Shared helpers for the test suites: scratch folders, whole-file reads and writes, hex dumps.
+// Shared helpers for the test suites: scratch folders, waits, whole-file reads and writes, the seed
+// of the randomized tests.
 #pragma once
 
 #include "platform/CString.h"
@@ -7,9 +8,11 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 #include <thread>
 #include <vector>
@@ -80,6 +83,36 @@ bool WaitUntil(Predicate done, int timeoutMs = 30000)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     return true;
+}
+
+// The seed of a randomized test: ZO_TEST_SEED when set (to replay a failure whose seed a test
+// printed), otherwise a fresh random one. Tests print it with SCOPED_TRACE.
+inline unsigned ModelTestSeed()
+{
+    if (const char* fixed = std::getenv("ZO_TEST_SEED"))
+        return static_cast<unsigned>(std::strtoul(fixed, nullptr, 10));
+    return std::random_device{}();
+}
+
+// Whether this process has the file open. Linux lists the process's descriptors in /proc; Windows
+// refuses to rename a file that is open without delete sharing, which is how the library opens files.
+inline bool IsFileOpen(const std::string& path)
+{
+    std::error_code error;
+#if defined(_WIN32)
+    const std::string moved = path + ".moved";
+    std::filesystem::rename(path, moved, error);
+    if (error)
+        return true;
+    std::filesystem::rename(moved, path, error);
+    return false;
+#else
+    const std::filesystem::path target = std::filesystem::canonical(path, error);
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error))
+        if (std::filesystem::read_symlink(entry.path(), error) == target)
+            return true;
+    return false;
+#endif
 }
 
 inline std::vector<unsigned char> ReadBytes(const std::string& path)

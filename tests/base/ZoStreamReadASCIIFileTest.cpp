@@ -35,6 +35,11 @@ TEST(ZoStreamReadASCIIFileTest, ReadsLinesFromAFileThenThrowsNamingItsClass)
 {
     zotest::TempFolder folder;
     writeText(folder.Path("text.txt"), "ab\r\ncd");
+    {
+        ZoStreamReadASCIIFile owner(folder.CPath("text.txt"));
+        EXPECT_TRUE(zotest::IsFileOpen(folder.Path("text.txt")));
+    }
+    EXPECT_FALSE(zotest::IsFileOpen(folder.Path("text.txt"))) << "the stream owns the archive it opened and closes it";
     ZoStreamReadASCIIFile stream(folder.CPath("text.txt"));
     CString first, second;
     stream >> first >> second;

@@ -28,11 +28,15 @@ TEST(ZoStreamWriteASCIIFileTest, EachWriteReachesTheFileAtOnceInTheAnsiCodePage)
 {
     zotest::TempFolder folder;
     const std::string path = folder.Path("log.txt");
-    ZoStreamWriteASCIIFile stream{CString(path)};
-    stream << u"n=" << static_cast<short>(-1);
-    // Still open: nothing waits in a buffer.
-    EXPECT_EQ(fileText(path), "n=4294967295");
-    stream << u" \u00e9\u20ac" << 1.5f << u"\n";
+    {
+        ZoStreamWriteASCIIFile stream{CString(path)};
+        stream << u"n=" << static_cast<short>(-1);
+        // Still open: nothing waits in a buffer.
+        EXPECT_EQ(fileText(path), "n=4294967295");
+        stream << u" \u00e9\u20ac" << 1.5f << u"\n";
+        EXPECT_TRUE(zotest::IsFileOpen(path));
+    }
+    EXPECT_FALSE(zotest::IsFileOpen(path)) << "the stream owns the archive it opened and closes it";
     EXPECT_EQ(zotest::ReadBytes(path), Bytes({'n', '=', '4', '2', '9', '4', '9', '6', '7', '2', '9', '5', ' ', 0xE9,
                                               0x80, '1', '.', '5', '0', '0', '0', '0', '0', '\n'}));
 }
