@@ -19,6 +19,7 @@
 
 #if defined(_WIN32)
 #include <process.h>
+#include <stdlib.h>
 #else
 #include <unistd.h>
 #endif
@@ -69,6 +70,40 @@ private:
     }
 
     std::filesystem::path m_path;
+};
+
+// Points the system's temporary folder (TMPDIR; TMP on Windows) at `folder` for its lifetime, so
+// that code writing into the special temporary directory writes into a TempFolder.
+class ScopedSystemTemporary
+{
+public:
+    explicit ScopedSystemTemporary(const TempFolder& folder)
+    {
+        const char* previous = std::getenv(sc_variable);
+        m_hadPrevious = previous != nullptr;
+        m_previous = m_hadPrevious ? previous : "";
+        set(folder.Path());
+    }
+    ~ScopedSystemTemporary() { set(m_hadPrevious ? m_previous : std::string()); }
+    ScopedSystemTemporary(const ScopedSystemTemporary&) = delete;
+    ScopedSystemTemporary& operator=(const ScopedSystemTemporary&) = delete;
+
+private:
+#if defined(_WIN32)
+    static constexpr const char* sc_variable = "TMP";
+    static void set(const std::string& value) { _putenv_s(sc_variable, value.c_str()); }
+#else
+    static constexpr const char* sc_variable = "TMPDIR";
+    static void set(const std::string& value)
+    {
+        if (value.empty())
+            unsetenv(sc_variable);
+        else
+            setenv(sc_variable, value.c_str(), 1);
+    }
+#endif
+    bool m_hadPrevious;
+    std::string m_previous;
 };
 
 // Polls `done` until it holds or the generous deadline passes; false on timeout. Asynchronous

@@ -10,7 +10,6 @@
 
 #include "ZoTestSupport.h"
 
-#include <chrono>
 #include <filesystem>
 #include <functional>
 
@@ -54,12 +53,14 @@ TEST(ZoStreamWriteASCIIFileTest, WriteTruncatesAppendKeepsAndSpecialFoldersJoin)
     ZoStreamWriteASCIIFile(folder.CPath("fresh.txt"), ZoStreamWriteASCIIFile::eAccessAppend) << true;
     EXPECT_EQ(fileText(folder.Path("fresh.txt")), "true");
 
-    const std::string name = "zo-ascii-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
-    ZoStreamWriteASCIIFile(ZoClassSerialization::eTemporary, CString(name) + ZoOS::GetPathSeparator() + u"log.txt") << 42;
-    const std::filesystem::path special =
-        std::filesystem::path(ZoClassSerialization::GetDirectory(ZoClassSerialization::eTemporary).ToUtf8()) / name;
-    EXPECT_EQ(fileText((special / "log.txt").string()), "42");
-    std::filesystem::remove_all(special);
+    {
+        zotest::ScopedSystemTemporary redirected(folder);
+        ZoStreamWriteASCIIFile special(ZoClassSerialization::eTemporary, u"in-temp.txt");
+        special << 42;
+        EXPECT_TRUE(zotest::IsFileOpen(folder.Path("in-temp.txt")));
+    }
+    EXPECT_FALSE(zotest::IsFileOpen(folder.Path("in-temp.txt")));
+    EXPECT_EQ(fileText(folder.Path("in-temp.txt")), "42");
 }
 
 TEST(ZoStreamWriteASCIIFileTest, OpeningFailuresThrowOpenFile)
