@@ -392,6 +392,7 @@ TEST(ZoArrayTest, DynamicSizeArraysSerializeCountSizeAndBytes)
 TEST(ZoArrayTest, RandomOperationsOnManagedAndPlainArraysMatchAVectorModel)
 {
     const unsigned seed = zotest::ModelTestSeed();
+    SCOPED_TRACE(testing::Message() << "seed " << seed << " (ZO_TEST_SEED replays it)");
     std::mt19937 random(seed);
     Counted::ResetCounts();
     {
@@ -493,13 +494,13 @@ TEST(ZoArrayTest, RandomOperationsOnManagedAndPlainArraysMatchAVectorModel)
                 break;
             }
             }
-            ASSERT_EQ(values(managed), model) << "seed " << seed << " step " << step;
-            ASSERT_EQ(std::vector<int>(plain.GetData(), plain.GetData() + plain.GetCount()), model) << "seed " << seed << " step " << step;
-            ASSERT_LE(managed.GetCount(), managed.GetMemoryElementCount()) << "seed " << seed;
-            ASSERT_EQ(Counted::counts().Live(), static_cast<int>(model.size())) << "seed " << seed << " step " << step;
+            ASSERT_EQ(values(managed), model) << "step " << step;
+            ASSERT_EQ(std::vector<int>(plain.GetData(), plain.GetData() + plain.GetCount()), model) << "step " << step;
+            ASSERT_LE(managed.GetCount(), managed.GetMemoryElementCount());
+            ASSERT_EQ(Counted::counts().Live(), static_cast<int>(model.size())) << "step " << step;
         }
     }
-    EXPECT_EQ(Counted::counts().Live(), 0) << "seed " << seed;
+    EXPECT_EQ(Counted::counts().Live(), 0);
 }
 
 } // namespace
