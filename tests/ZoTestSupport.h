@@ -72,6 +72,24 @@ private:
     std::filesystem::path m_path;
 };
 
+// Runs `call`, which must throw `Exception` from the given site: reports show its four literals, so
+// each one is checked (a null `file` is not).
+template <class Exception, class Call>
+void ExpectThrowSite(Call call, const char* file, const char* className, const char* method, uint32_t line)
+{
+    try {
+        call();
+        ADD_FAILURE() << "no exception from " << className << "::" << method;
+    } catch (const Exception& e) {
+        if (file != nullptr) {
+            EXPECT_EQ(e.GetFileName().ToUtf8(), file);
+        }
+        EXPECT_EQ(e.GetThrowingClassName().ToUtf8(), className);
+        EXPECT_EQ(e.GetThrowingMethodName().ToUtf8(), method);
+        EXPECT_EQ(e.GetCodeLine(), line);
+    }
+}
+
 // Points the system's temporary folder (TMPDIR; TMP on Windows) at `folder` for its lifetime, so
 // that code writing into the special temporary directory writes into a TempFolder.
 class ScopedSystemTemporary

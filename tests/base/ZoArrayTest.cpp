@@ -201,15 +201,9 @@ TEST(ZoArrayTest, DamagedSerializedByteArraysThrowTheLibrarysExceptions)
         array.Serialize(in);
         return array.GetMemoryElementCount();
     };
-    try {
-        readFrom(Bytes({0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 3, 0, 0, 0, 2, 0, 0, 0, 1, 2, 3, 4, 5, 6}));
-        ADD_FAILURE() << "an element size of 2 was accepted";
-    } catch (const ZoExceptionWrongFileVersion& e) {
-        EXPECT_EQ(e.GetCodeLine(), 541u);
-        EXPECT_EQ(e.GetThrowingClassName(), CString(u"ZoArray"));
-        EXPECT_EQ(e.GetThrowingMethodName(), CString(u"Serialize"));
-        EXPECT_EQ(e.GetFileName(), CString(u"..\\base\\ZoArray.h"));
-    }
+    zotest::ExpectThrowSite<ZoExceptionWrongFileVersion>(
+        [&] { readFrom(Bytes({0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 3, 0, 0, 0, 2, 0, 0, 0, 1, 2, 3, 4, 5, 6})); },
+        "..\\base\\ZoArray.h", "ZoArray", "Serialize", 541); // an element size of 2
     // The versioned form with a count of 0xFFFFFFFF, and a version newer than the reader.
     EXPECT_THROW(readFrom(Bytes({0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0})),
                  ZoExceptionWrongFileVersion);

@@ -205,24 +205,10 @@ TYPED_TEST(ZoListPolicyTest, PositionSettersThrowOnOpenLists)
 {
     typedef ZoList<int, TypeParam::value> List;
     List list(3, 1, 2, 3);
-    try {
-        list.SetTailPosition(list.GetHeadPosition());
-        ADD_FAILURE() << "SetTailPosition accepted an open list";
-    } catch (const ZoException& e) {
-        EXPECT_EQ(e.GetThrowingMethodName(), CString(u"SetHead"));
-        EXPECT_EQ(e.GetThrowingClassName(), CString(u"ZoListBaseIntermediate"));
-        EXPECT_EQ(e.GetFileName(), CString(u"..\\base\\ZoListBaseIntermediate.cpp"));
-        EXPECT_EQ(e.GetCodeLine(), 179u);
-    }
-    try {
-        list.SetHeadPosition(list.GetTailPosition());
-        ADD_FAILURE() << "SetHeadPosition accepted an open list";
-    } catch (const ZoException& e) {
-        EXPECT_EQ(e.GetThrowingMethodName(), CString(u"SetHead"));
-        EXPECT_EQ(e.GetThrowingClassName(), CString(u"ZoListPolicyDoubleLinked"));
-        EXPECT_EQ(e.GetFileName(), CString(u"..\\base\\ZoListPolicyDoubleLinked.cpp"));
-        EXPECT_EQ(e.GetCodeLine(), 215u);
-    }
+    zotest::ExpectThrowSite<ZoException>([&] { list.SetTailPosition(list.GetHeadPosition()); },
+                                         "..\\base\\ZoListBaseIntermediate.cpp", "ZoListBaseIntermediate", "SetHead", 179);
+    zotest::ExpectThrowSite<ZoException>([&] { list.SetHeadPosition(list.GetTailPosition()); },
+                                         "..\\base\\ZoListPolicyDoubleLinked.cpp", "ZoListPolicyDoubleLinked", "SetHead", 215);
     EXPECT_EQ(walk(list), (std::vector<int>{1, 2, 3}));
 }
 

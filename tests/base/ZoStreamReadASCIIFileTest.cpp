@@ -20,15 +20,8 @@ void writeText(const std::string& path, const std::string& text)
 template <class Action>
 void expectError(Action action, const char* method, uint32_t line)
 {
-    try {
-        action();
-        ADD_FAILURE() << "no exception";
-    } catch (const ZoExceptionStream& e) {
-        // The stream's own class is named, also where its base throws.
-        EXPECT_EQ(e.GetThrowingClassName().ToUtf8(), "ZoStreamReadASCIIFile");
-        EXPECT_EQ(e.GetThrowingMethodName().ToUtf8(), method);
-        EXPECT_EQ(e.GetCodeLine(), line);
-    }
+    // The stream's own class is named, also where its base throws.
+    zotest::ExpectThrowSite<ZoExceptionStream>(action, nullptr, "ZoStreamReadASCIIFile", method, line);
 }
 
 TEST(ZoStreamReadASCIIFileTest, ReadsLinesFromAFileThenThrowsNamingItsClass)

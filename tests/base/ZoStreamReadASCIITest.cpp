@@ -35,15 +35,8 @@ private:
 template <class Value>
 void expectEndError(ZoStreamReadASCII& stream, Value& value, uint32_t line)
 {
-    try {
-        stream >> value;
-        ADD_FAILURE() << "no exception";
-    } catch (const ZoExceptionStream& e) {
-        EXPECT_EQ(e.GetFileName().ToUtf8(), "..\\base\\ZoStreamReadASCII.cpp");
-        EXPECT_EQ(e.GetThrowingClassName().ToUtf8(), "ZoStreamReadASCII");
-        EXPECT_EQ(e.GetThrowingMethodName().ToUtf8(), "operator >>");
-        EXPECT_EQ(e.GetCodeLine(), line);
-    }
+    zotest::ExpectThrowSite<ZoExceptionStream>([&] { stream >> value; }, "..\\base\\ZoStreamReadASCII.cpp", "ZoStreamReadASCII",
+                                               "operator >>", line);
 }
 
 using Lines = std::vector<std::string>;

@@ -76,17 +76,9 @@ TEST(ZoStreamWriteASCIIFileTest, OpeningFailuresThrowOpenFile)
             ZoStreamWriteASCIIFile stream(ZoClassSerialization::eTemporary, u"x.txt", ZoStreamWriteASCIIFile::EAccessMode(-1));
         },
     };
-    for (const auto& failure : failures) {
-        try {
-            failure();
-            ADD_FAILURE() << "no exception";
-        } catch (const ZoExceptionStream& e) {
-            EXPECT_EQ(e.GetFileName().ToUtf8(), "..\\base\\ZoStreamWriteASCIIFile.cpp");
-            EXPECT_EQ(e.GetThrowingClassName().ToUtf8(), "ZoStreamWriteASCIIFile");
-            EXPECT_EQ(e.GetThrowingMethodName().ToUtf8(), "openFile");
-            EXPECT_EQ(e.GetCodeLine(), 109u);
-        }
-    }
+    for (const auto& failure : failures)
+        zotest::ExpectThrowSite<ZoExceptionStream>(failure, "..\\base\\ZoStreamWriteASCIIFile.cpp", "ZoStreamWriteASCIIFile",
+                                                   "openFile", 109);
     EXPECT_FALSE(std::filesystem::exists(folder.Path("log.txt")));
 }
 

@@ -115,56 +115,40 @@ uint32_t exitCodeOf(HANDLE thread)
     return code;
 }
 
-TEST(ZoThreadConcurrentTest, RoutineRunsTheHooksAndTheRunFunction)
-{
-    Job job(Job::eSucceed);
-    JobThread thread(job);
-    EXPECT_EQ(thread.GetThreadId(), 0u);
-    EXPECT_EQ(thread.GetState(), 0u);
-    EXPECT_FALSE(thread.IsRunning());
-    EXPECT_TRUE(thread.WaitUntilTerminate(0)) << "no thread: the failed wait reports true";
-
-    ZoEvent ended(true);
-    thread.SetTerminateEvent(ended);
-    ASSERT_TRUE(thread.Start());
-    EXPECT_NE(thread.GetThreadHandle(), nullptr);
-    EXPECT_NE(thread.GetThreadId(), 0u);
-    EXPECT_EQ(ended.Wait(sc_uiLongWaitMs), ZoEvent::eWaitSignaled);
-    ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
-    EXPECT_EQ(job.runs.load(), 1);
-    EXPECT_EQ(thread.beforeRunCalls.load(), 1);
-    EXPECT_EQ(thread.afterRunCalls.load(), 1);
-    EXPECT_TRUE(thread.IsSuccessful());
-    EXPECT_EQ(thread.GetState(), uint32_t(JobThread::eStarted | JobThread::eFinished));
-    EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), 0u);
-    EXPECT_FALSE(thread.IsRunning());
-}
-
-TEST(ZoThreadConcurrentTest, FailuresBecomeExitCodeOne)
+TEST(ZoThreadConcurrentTest, TheRoutineRunsTheHooksAndTurnsFailuresIntoExitCodeOne)
 {
     struct Case
     {
         Job::EMode mode;
         bool throwBeforeRun;
         int expectedRuns;
+        bool succeeds;
     };
     const Case cases[] = {
-        {Job::eReturnZero, false, 1}, // a run function returning 0
-        {Job::eThrow, false, 1},      // an exception from the run function
-        {Job::eSucceed, true, 0},     // an exception from onBeforeRun skips the run function
+        {Job::eSucceed, false, 1, true},
+        {Job::eReturnZero, false, 1, false}, // a run function returning 0
+        {Job::eThrow, false, 1, false},      // an exception from the run function
+        {Job::eSucceed, true, 0, false},     // an exception from onBeforeRun skips the run function
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << "mode " << c.mode << ", throwing hook " << c.throwBeforeRun);
         Job job(c.mode);
         JobThread thread(job, JobThread::eNormal, c.throwBeforeRun);
+        EXPECT_EQ(thread.GetState(), 0u);
+        EXPECT_TRUE(thread.WaitUntilTerminate(0)) << "no thread: the failed wait reports true";
+        ZoEvent ended(true);
+        thread.SetTerminateEvent(ended);
         ASSERT_TRUE(thread.Start());
+        EXPECT_NE(thread.GetThreadId(), 0u);
         ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
+        EXPECT_EQ(ended.Wait(sc_uiLongWaitMs), ZoEvent::eWaitSignaled);
         EXPECT_EQ(job.runs.load(), c.expectedRuns);
-        EXPECT_FALSE(thread.IsSuccessful());
-        EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), 1u);
-        EXPECT_EQ(thread.afterRunCalls.load(), 0) << "onAfterRun runs only after a successful run function";
-        EXPECT_EQ(thread.GetState() & (JobThread::eFinished | JobThread::eFailed | JobThread::eRunning),
-                  uint32_t(JobThread::eFinished | JobThread::eFailed));
+        EXPECT_EQ(thread.beforeRunCalls.load(), 1);
+        EXPECT_EQ(thread.afterRunCalls.load(), c.succeeds ? 1 : 0) << "onAfterRun runs only after a successful run function";
+        EXPECT_EQ(thread.IsSuccessful() != 0, c.succeeds);
+        EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), c.succeeds ? 0u : 1u);
+        EXPECT_EQ(thread.GetState(), JobThread::eStarted | JobThread::eFinished | (c.succeeds ? 0u : JobThread::eFailed));
+        EXPECT_FALSE(thread.IsRunning());
     }
 }
 
