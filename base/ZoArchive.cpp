@@ -2,6 +2,7 @@
 
 #include "compression/ZoCompressZIP.h"
 #include "compression/ZoDecompressZIP.h"
+#include "platform/ZoOS.h"
 
 #include <cstring>
 #include <vector>
@@ -43,6 +44,8 @@ ZoArchive::ZoArchive(CFile* file, uint32_t mode, uint32_t compressionMethod)
 
 ZoArchive::~ZoArchive()
 {
+    // Closing may wait on the system: a thread termination must not unwind out of here.
+    ZoOS::ThreadTerminationDeferral deferTermination;
     try {
         Close();
     } catch (...) {
@@ -52,8 +55,14 @@ ZoArchive::~ZoArchive()
 
 void ZoArchive::openForLoading()
 {
+    try {
+        m_realFile->SeekToBegin();
+    } catch (const CFileException&) {
+        // A pipe can be neither measured nor read twice, so it carries plain streams only: its bytes
+        // are read as they arrive.
+        return;
+    }
     const uint64_t length = m_realFile->GetLength();
-    m_realFile->SeekToBegin();
     unsigned char header[sc_uiHeaderSize];
     const uint32_t headerRead = m_realFile->Read(header, sc_uiHeaderSize);
     if (headerRead < sc_uiHeaderSize || std::memcmp(header, sc_magic, sc_uiMagicSize) != 0) {

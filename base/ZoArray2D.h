@@ -295,11 +295,12 @@ public:
         return changed;
     }
 
-    // Writes the binary form. An array left without a block by a failed read is written as 0 x 0.
+    // Writes the binary form. An array left without a block by a failed read is written as 0 x 0;
+    // an empty array (5 x 0, 0 x 5) keeps its dimensions, since it needs no block.
     virtual void Serialize(ZoStreamWriteBinary& stream) const
     {
         stream.WriteVersion(0);
-        const bool hasBlock = m_data != nullptr;
+        const bool hasBlock = m_data != nullptr || static_cast<uint64_t>(m_width) * m_height == 0;
         stream << (hasBlock ? m_width : 0u);
         stream << (hasBlock ? m_height : 0u);
         stream << GetElementSize();

@@ -8,14 +8,18 @@
 // [[nodiscard]], so the compiler already warns where a call's result is dropped on the floor.
 #pragma once
 
+#include "base/ZoAssertDialog.h"
 #include "platform/ZoExport.h"
 
-#include <cassert>
-
-// Asserts in debug builds; does nothing when NDEBUG is defined.
+// Fails an assertion (ZoAssertDialog) in debug builds; does nothing when NDEBUG is defined.
 struct ZoCheckReturnPolicyAssert
 {
-    static void onUnchecked() { assert(!"a ZoCheckReturn result was never looked at"); }
+    static void onUnchecked()
+    {
+#if !defined(NDEBUG)
+        ZoAssertDialog::Fail(__FILE__, __LINE__, "a ZoCheckReturn result was never looked at");
+#endif
+    }
 };
 
 template <class T, class Policy>

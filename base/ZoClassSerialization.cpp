@@ -88,20 +88,25 @@ int ZoClassSerialization::ReleaseArchive(CArchive* archive)
     // real one this factory opened.
     auto* ownArchive = dynamic_cast<ZoArchive*>(archive);
     CFile* file = ownArchive != nullptr ? ownArchive->GetRealFile() : archive->GetFile();
+    // Owned here so that a terminated thread, unwinding out of a close, still releases both (the
+    // archive first: it refers to the file).
+    std::unique_ptr<CFile> ownedFile(file);
+    std::unique_ptr<CArchive> ownedArchive(archive);
     int result = 1;
     try {
         archive->Close();
     } catch (...) {
+        ZoOS::RethrowThreadCancellation();
         result = 0;
     }
-    delete archive;
+    ownedArchive.reset();
     if (file != nullptr) {
         try {
             file->Close();
         } catch (...) {
+            ZoOS::RethrowThreadCancellation();
             result = 0;
         }
-        delete file;
     }
     return result;
 }

@@ -50,13 +50,13 @@ uint32_t ZoCriticalSection::GetSpinCount() const
 // singletons), so no singleton outlives the lock that guards it.
 ZoCriticalSection& GetCriticalSectionSingleton()
 {
-    static ZoCriticalSection lock(4000);
+    static ZoCriticalSection lock(ZoCriticalSection::sc_uiDefaultSpinCount);
     return lock;
 }
 
 ZoCriticalSection& GetCriticalSectionWeakPointerBase()
 {
-    static ZoCriticalSection lock(4000);
+    static ZoCriticalSection lock(ZoCriticalSection::sc_uiDefaultSpinCount);
     return lock;
 }
 

@@ -15,8 +15,12 @@
 class ZO_API ZoCriticalSection
 {
 public:
+    // The spin count of the library's own locks: long enough to ride out a short hold on another
+    // core without sleeping.
+    static const uint32_t sc_uiDefaultSpinCount = 4000;
+
     // Throws ZoException when the system cannot create the lock.
-    explicit ZoCriticalSection(uint32_t spinCount = 4000);
+    explicit ZoCriticalSection(uint32_t spinCount = sc_uiDefaultSpinCount);
     ~ZoCriticalSection();
     ZoCriticalSection(const ZoCriticalSection&) = delete;
     ZoCriticalSection& operator=(const ZoCriticalSection& other);

@@ -18,7 +18,7 @@ Function entry(ZoOS::LibraryHandle library, const char* name)
 } // namespace
 
 ZoDiagnosticsClient::ZoDiagnosticsClient(const CString& libraryName)
-    : m_libraryName(libraryName), m_trace(nullptr), m_timer(nullptr), m_bitmap(nullptr), m_mayLoad(true)
+    : m_libraryName(libraryName), m_trace(nullptr), m_timer(nullptr), m_bitmap(nullptr)
 {
 }
 
@@ -37,15 +37,14 @@ CString ZoDiagnosticsClient::DefaultLibraryName()
 #endif
 }
 
-bool ZoDiagnosticsClient::load()
+// One attempt only: a missing viewer is reported once, not on every line of a log.
+void ZoDiagnosticsClient::load()
 {
-    // One attempt only: a missing viewer is reported once, not on every line of a log.
-    m_mayLoad = false;
     const ZoOS::LibraryHandle library = ZoOS::LoadDynamicLibrary(m_libraryName);
     if (library == nullptr) {
         ZoOS::ShowMessage(CString::Formatted(u"ZoDiagnosticsClient: Could not load library %s", m_libraryName),
                           u"Error", sc_warningStyle);
-        return false;
+        return;
     }
     const TraceFunction trace = entry<TraceFunction>(library, "SendDiagnosticsTraceW");
     m_timer = entry<OpaqueFunction>(library, "SendDiagnosticsTimerW");
@@ -54,15 +53,16 @@ bool ZoDiagnosticsClient::load()
         ZoOS::ShowMessage(
             CString::Formatted(u"ZoDiagnosticsClient: Could not find method(s) in library %s", m_libraryName),
             u"Error", sc_warningStyle);
-        return false;
+        return;
     }
-    m_trace = trace;
-    return true;
+    m_trace.store(trace, std::memory_order_release);
 }
 
 void ZoDiagnosticsClient::Trace(const CString& text)
 {
-    if (m_trace == nullptr && (!m_mayLoad || !load()))
+    std::call_once(m_loadOnce, [this] { load(); });
+    const TraceFunction trace = m_trace.load(std::memory_order_acquire);
+    if (trace == nullptr)
         return;
     // The viewer has always received the text run through the formatter with no arguments, and
     // callers write "%%" for a percent sign because of it. The formatter writes a directive
@@ -78,8 +78,8 @@ void ZoDiagnosticsClient::Trace(const CString& text)
         formatted = formatted.Left(length);
     }
 #if defined(_WIN32)
-    m_trace(reinterpret_cast<const wchar_t*>(formatted.GetString()));
+    trace(reinterpret_cast<const wchar_t*>(formatted.GetString()));
 #else
-    m_trace(formatted.GetString());
+    trace(formatted.GetString());
 #endif
 }

@@ -9,11 +9,15 @@
 // the way of the application. The library is never unloaded. The timer and bitmap entries are
 // looked up and kept as well, though only the trace entry is called.
 //
-// The process-wide client (Instance) is unsynchronised, as streams are used from one thread at a
-// time; a client of its own can be made for another library name.
+// The load attempt happens exactly once even when several threads trace for the first time at
+// once (each trace stream has its own thread, the client is shared); a client of its own can be
+// made for another library name.
 #pragma once
 
 #include "platform/CString.h"
+
+#include <atomic>
+#include <mutex>
 
 class ZoDiagnosticsClient
 {
@@ -43,14 +47,14 @@ public:
     void Trace(const CString& text);
 
     // True once the library has been loaded with all three entries.
-    bool IsConnected() const { return m_trace != nullptr; }
+    bool IsConnected() const { return m_trace.load(std::memory_order_acquire) != nullptr; }
 
 private:
-    bool load();
+    void load();
 
-    CString m_libraryName;
-    TraceFunction m_trace;
+    const CString m_libraryName;
+    std::once_flag m_loadOnce;
+    std::atomic<TraceFunction> m_trace;
     OpaqueFunction m_timer;
     OpaqueFunction m_bitmap;
-    bool m_mayLoad;
 };

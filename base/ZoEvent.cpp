@@ -1,5 +1,6 @@
 #include "base/ZoEvent.h"
 
+#include "base/ZoArray.h"
 #include "platform/ZoOS.h"
 
 ZoEvent::ZoEvent(bool manualReset) : m_handle(ZoOS::CreateEventObject(manualReset, false)) {}

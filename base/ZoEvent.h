@@ -14,11 +14,14 @@
 // reads 0 there after success and the system's cause after a failure.
 #pragma once
 
-#include "base/ZoArray.h"
 #include "platform/ZoExport.h"
 #include "platform/ZoWindowsTypes.h"
 
 #include <cstdint>
+
+// Only named in a parameter type: thread headers need not bring in the array and stream classes.
+template <class T, int Policy>
+class ZoArray;
 
 class ZO_API ZoEvent
 {

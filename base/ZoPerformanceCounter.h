@@ -5,8 +5,8 @@
 //
 // The process's counter is a singleton reached through GetInstance(), owned by the library. A
 // counter over another tick source (a simulated clock for tests and replays) is made with the public
-// constructor (with new) and handed to ZoTimer explicitly. Such a counter is never destroyed (the
-// destructor is private): its ZoSingleton base would clear the process counter's record as it died.
+// constructor, handed to ZoTimer explicitly and destroyed by its owner like any object; destroying
+// it leaves the process counter alone.
 #pragma once
 
 #include "base/ZoSingleton.h"
@@ -22,6 +22,7 @@ public:
 
     // A counter over the given source and frequency (ticks per second, above 0).
     ZoPerformanceCounter(TickSource tickSource, int64_t frequency);
+    ~ZoPerformanceCounter() override;
 
     int64_t GetTicks() const { return m_tickSource(); }
     int64_t GetFrequency() const { return m_frequency; }
@@ -33,7 +34,6 @@ private:
     friend class ZoSingleton<ZoPerformanceCounter>;
     // The system's counter, or the tick count when the system has none.
     ZoPerformanceCounter();
-    ~ZoPerformanceCounter() override;
 
     TickSource m_tickSource;
     int64_t m_frequency;

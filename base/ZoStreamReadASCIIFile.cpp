@@ -2,6 +2,7 @@
 
 #include "base/ZoExceptionStream.h"
 #include "platform/CArchiveException.h"
+#include "platform/ZoOS.h"
 
 ZO_IMPLEMENT_RTTI_BASE(ZoStreamReadASCIIFile, ZoStreamReadASCII, nullptr, nullptr);
 
@@ -23,6 +24,8 @@ ZoStreamReadASCIIFile::ZoStreamReadASCIIFile(ZoClassSerialization::ESpecialDirec
 
 ZoStreamReadASCIIFile::~ZoStreamReadASCIIFile()
 {
+    // Closing may wait on the system: a thread termination must not unwind out of here.
+    ZoOS::ThreadTerminationDeferral deferTermination;
     if (m_ownsArchive && m_archive != nullptr)
         ZoClassSerialization::ReleaseArchive(m_archive);
 }

@@ -1,6 +1,7 @@
 #include "base/ZoStreamReadBinary.h"
 
 #include "base/ZoExceptionStream.h"
+#include "platform/ZoOS.h"
 
 #include <string>
 
@@ -147,6 +148,8 @@ ZoStreamReadBinary& ZoStreamReadBinary::operator>>(CString& value)
             throw ZoExceptionStream(kSource, u"ZoStreamReadBinary", u"operator >> (CString)", 320);
         value = CString(std::move(units));
     } catch (...) {
+        // A terminated thread unwinds through here: that must go on, not become a stream error.
+        ZoOS::RethrowThreadCancellation();
         throw ZoExceptionStream(kSource, u"ZoStreamReadBinary", u"operator >> (CString)", 320);
     }
     return *this;

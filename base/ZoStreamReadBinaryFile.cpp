@@ -1,6 +1,7 @@
 #include "base/ZoStreamReadBinaryFile.h"
 
 #include "base/ZoExceptionStream.h"
+#include "platform/ZoOS.h"
 
 ZO_IMPLEMENT_RTTI_BASE(ZoStreamReadBinaryFile, ZoStreamReadBinary, nullptr, nullptr);
 
@@ -23,6 +24,8 @@ ZoStreamReadBinaryFile::ZoStreamReadBinaryFile(ZoClassSerialization::ESpecialDir
 
 ZoStreamReadBinaryFile::~ZoStreamReadBinaryFile()
 {
+    // Closing may wait on the system: a thread termination must not unwind out of here.
+    ZoOS::ThreadTerminationDeferral deferTermination;
     if (m_ownsArchive && m_archive != nullptr)
         ZoClassSerialization::ReleaseArchive(m_archive);
 }
@@ -59,13 +62,15 @@ uint64_t ZoStreamReadBinaryFile::read(void* buffer, uint64_t size)
     try {
         // The archive takes 32-bit counts; larger requests go in pieces.
         while (done < size) {
-            const uint64_t chunk = size - done > 0x40000000u ? 0x40000000u : size - done;
+            const uint64_t chunk = size - done > ZoOS::sc_largestFileTransfer ? ZoOS::sc_largestFileTransfer : size - done;
             const uint32_t read = m_archive->Read(target + done, static_cast<uint32_t>(chunk));
             done += read;
             if (read < chunk)
                 break;
         }
     } catch (...) {
+        // A terminated thread unwinds through here: that must go on, not become a stream error.
+        ZoOS::RethrowThreadCancellation();
         throw ZoExceptionStream(kSource, u"ZoStreamReadBinaryFile", u"read", 142);
     }
     return done;

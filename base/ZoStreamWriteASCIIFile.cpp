@@ -1,6 +1,7 @@
 #include "base/ZoStreamWriteASCIIFile.h"
 
 #include "base/ZoExceptionStream.h"
+#include "platform/ZoOS.h"
 
 ZO_IMPLEMENT_RTTI_BASE(ZoStreamWriteASCIIFile, ZoStreamWriteASCII, nullptr, nullptr);
 
@@ -44,6 +45,8 @@ ZoStreamWriteASCIIFile::ZoStreamWriteASCIIFile(ZoClassSerialization::ESpecialDir
 
 ZoStreamWriteASCIIFile::~ZoStreamWriteASCIIFile()
 {
+    // Closing may wait on the system: a thread termination must not unwind out of here.
+    ZoOS::ThreadTerminationDeferral deferTermination;
     if (m_ownsArchive && m_archive != nullptr)
         ZoClassSerialization::ReleaseArchive(m_archive);
 }

@@ -2,6 +2,7 @@
 
 #include "base/ZoExceptionPreconditionViolation.h"
 #include "base/ZoExceptionStream.h"
+#include "platform/ZoOS.h"
 
 ZO_IMPLEMENT_RTTI_BASE(ZoStreamWriteBinaryFile, ZoStreamWriteBinary, nullptr, nullptr);
 
@@ -26,6 +27,8 @@ ZoStreamWriteBinaryFile::ZoStreamWriteBinaryFile(ZoClassSerialization::ESpecialD
 
 ZoStreamWriteBinaryFile::~ZoStreamWriteBinaryFile()
 {
+    // Closing may wait on the system: a thread termination must not unwind out of here.
+    ZoOS::ThreadTerminationDeferral deferTermination;
     if (m_ownsArchive && m_archive != nullptr)
         ZoClassSerialization::ReleaseArchive(m_archive);
 }
@@ -73,11 +76,13 @@ ZoStreamWriteBinaryFile& ZoStreamWriteBinaryFile::write(const void* buffer, uint
     const auto* source = static_cast<const unsigned char*>(buffer);
     try {
         for (uint64_t done = 0; done < size;) {
-            const uint64_t chunk = size - done > 0x40000000u ? 0x40000000u : size - done;
+            const uint64_t chunk = size - done > ZoOS::sc_largestFileTransfer ? ZoOS::sc_largestFileTransfer : size - done;
             m_archive->Write(source + done, static_cast<uint32_t>(chunk));
             done += chunk;
         }
     } catch (...) {
+        // A terminated thread unwinds through here: that must go on, not become a stream error.
+        ZoOS::RethrowThreadCancellation();
         throw ZoExceptionStream(kSource, u"ZoStreamReadBinaryFile", u"write", 190);
     }
     return *this;

@@ -2,9 +2,9 @@
 
 #include "base/ZoCriticalSectionAuto.h"
 
-ZoTaskQueue::ZoTaskQueue() : m_tasks(10), m_lock(4000), m_taskAdded(true), m_handlers(10) {}
+ZoTaskQueue::ZoTaskQueue() : m_tasks(10), m_lock(ZoCriticalSection::sc_uiDefaultSpinCount), m_taskAdded(true), m_handlers(10) {}
 
-ZoTaskQueue::ZoTaskQueue(const ZoTaskQueue& other) : m_tasks(10), m_lock(4000), m_taskAdded(true), m_handlers(10)
+ZoTaskQueue::ZoTaskQueue(const ZoTaskQueue& other) : m_tasks(10), m_lock(ZoCriticalSection::sc_uiDefaultSpinCount), m_taskAdded(true), m_handlers(10)
 {
     copyFrom(other);
 }

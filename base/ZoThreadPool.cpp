@@ -7,6 +7,7 @@
 #include "base/ZoTimer.h"
 #include "platform/ZoOS.h"
 
+#include <memory>
 #include <utility>
 
 template class ZoSingleton<ZoThreadPool>;
@@ -81,7 +82,7 @@ private:
 };
 
 ZoThreadPool::ZoThreadPool()
-    : m_flags(0), m_workerLimit(ZoMachineCapabilities::GetInstance().GetCPUCount()), m_workerCount(0), m_lock(4000),
+    : m_flags(0), m_workerLimit(ZoMachineCapabilities::GetInstance().GetCPUCount()), m_workerCount(0), m_lock(ZoCriticalSection::sc_uiDefaultSpinCount),
       m_idleWorkers(10), m_waitingSubmitters(10), m_idleEvent(true), m_submitters(10, 17),
       m_taskNodes(new TaskList::PlexManager(100))
 {
@@ -289,10 +290,12 @@ void ZoThreadPool::giveHeadTask(ThreadData& data, uint32_t submitter, WorkerThre
 
 ZoThreadPool::ThreadData& ZoThreadPool::findOrCreateThreadData(uint32_t submitter)
 {
-    ThreadData*& data = m_submitters[submitter];
-    if (data == nullptr)
-        data = new ThreadData(m_taskNodes);
-    return *data;
+    if (ThreadData** found = m_submitters.Find(submitter))
+        return **found;
+    // Made before the map entry, so that a failed allocation leaves no empty entry behind.
+    std::unique_ptr<ThreadData> data(new ThreadData(m_taskNodes));
+    m_submitters[submitter] = data.get();
+    return *data.release();
 }
 
 void ZoThreadPool::removeThreadData(uint32_t submitter)

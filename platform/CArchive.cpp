@@ -13,6 +13,8 @@ CArchive::CArchive(CFile* file, uint32_t mode, int bufferSize)
 
 CArchive::~CArchive()
 {
+    // Closing may wait on the system: a thread termination must not unwind out of here.
+    ZoOS::ThreadTerminationDeferral deferTermination;
     if (m_file == nullptr)
         return;
     if (IsStoring() && !(m_mode & bNoFlushOnDelete)) {

@@ -11,6 +11,8 @@ CFile::CFile(const CString& path, uint32_t openFlags) : m_file(ZoOS::sc_invalidF
 
 CFile::~CFile()
 {
+    // Closing may wait on the system: a thread termination must not unwind out of here.
+    ZoOS::ThreadTerminationDeferral deferTermination;
     Abort();
 }
 

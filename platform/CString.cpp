@@ -52,6 +52,29 @@ void appendUtf16(std::u16string& out, uint32_t codePoint)
 
 const char16_t kReplacement = 0xFFFD;
 
+// The widest field and the longest precision a directive may ask for: limits that keep a hostile
+// format string (the diagnostic trace formats user text) from asking for huge output.
+const int kLargestField = 4096;
+
+// Adds one decimal digit to a width or precision. Past the limit the value only has to stay past
+// it, so it saturates there instead of overflowing.
+int appendFieldDigit(int value, char16_t digit)
+{
+    const int next = (value < 0 ? 0 : value) * 10 + (digit - u'0');
+    return next > kLargestField ? kLargestField + 1 : next;
+}
+
+// A width or precision given as an argument ('*'): the C library reads it as a 32-bit int.
+int fieldFromArgument(int64_t argument)
+{
+    const int64_t value = static_cast<int32_t>(static_cast<uint32_t>(argument));
+    if (value > kLargestField)
+        return kLargestField + 1;
+    if (value < -kLargestField)
+        return -(kLargestField + 1);
+    return static_cast<int>(value);
+}
+
 // One parsed directive: %[flags][width][.precision][length]conversion.
 struct Directive
 {
@@ -508,7 +531,7 @@ CString CString::formatList(const char16_t* format, const CStringFormatArgument*
         if (*p == u'*') {
             ++p;
             if (next < count && args[next].GetKind() == CStringFormatArgument::eSigned) {
-                directive.width = static_cast<int>(args[next++].GetSigned());
+                directive.width = fieldFromArgument(args[next++].GetSigned());
                 if (directive.width < 0) {
                     directive.flags += '-';
                     directive.width = -directive.width;
@@ -518,7 +541,7 @@ CString CString::formatList(const char16_t* format, const CStringFormatArgument*
             }
         } else {
             while (isDigit(*p))
-                directive.width = (directive.width < 0 ? 0 : directive.width * 10) + (*p++ - u'0');
+                directive.width = appendFieldDigit(directive.width, *p++);
         }
         if (*p == u'.') {
             ++p;
@@ -526,12 +549,12 @@ CString CString::formatList(const char16_t* format, const CStringFormatArgument*
             if (*p == u'*') {
                 ++p;
                 if (next < count && args[next].GetKind() == CStringFormatArgument::eSigned)
-                    directive.precision = static_cast<int>(args[next++].GetSigned());
+                    directive.precision = fieldFromArgument(args[next++].GetSigned());
                 else
                     usable = false;
             } else {
                 while (isDigit(*p))
-                    directive.precision = directive.precision * 10 + (*p++ - u'0');
+                    directive.precision = appendFieldDigit(directive.precision, *p++);
             }
         }
         if (p[0] == u'l' && p[1] == u'l') {
@@ -556,8 +579,7 @@ CString CString::formatList(const char16_t* format, const CStringFormatArgument*
         }
         directive.conversion = *p < 0x80 ? static_cast<char>(*p) : '?';
         ++p;
-        // Precision and width limits keep a hostile format string from asking for huge output.
-        if (directive.width > 4096 || directive.precision > 4096)
+        if (directive.width > kLargestField || directive.precision > kLargestField)
             usable = false;
         if (usable && next < count && formatOne(out, directive, args[next])) {
             ++next;

@@ -69,6 +69,9 @@ ZO_API CString AnsiToWide(const char* bytes, size_t length);
 
 // ---- files ------------------------------------------------------------------------------------
 typedef intptr_t FileHandle;
+// The most bytes one system read or write is asked for; larger transfers go in pieces of this size,
+// since the system calls (and the archive) count in 32 bits.
+const uint32_t sc_largestFileTransfer = 0x40000000u;
 const FileHandle sc_invalidFile = -1;
 
 enum EFileOpenFlags : uint32_t
@@ -150,6 +153,8 @@ ZO_API bool SetConsoleTitleText(const CString& title);
 ZO_API void WriteDebugTrace(const CString& text);
 // A message for the user: a message box on Windows, standard error on POSIX.
 ZO_API void ShowMessage(const CString& text, const CString& caption, uint32_t style);
+// Stops in the debugger when one is attached; without one the process ends as a breakpoint ends it.
+ZO_API void BreakIntoDebugger();
 
 // ---- kernel objects: events and threads ------------------------------------------------------
 // Events and threads are named by handles. On Windows a handle is the system's own; on POSIX it is
@@ -222,6 +227,21 @@ ZO_API int32_t GetThreadPriorityLevel(HANDLE thread);
 // thread-cancellation unwind (POSIX: TerminateThreadObject), which must never be swallowed; returns
 // otherwise. Code that catches everything on a thread that may be terminated calls it first.
 ZO_API void RethrowThreadCancellation();
+// Holds off thread termination for its lifetime. Destructors that flush or close files use it: a
+// termination acted on inside a destructor would unwind out of it, and that ends the process. A
+// termination requested meanwhile takes effect at the thread's next wait after the scope. Nothing
+// to do on Windows, where a terminated thread stops without unwinding.
+class ZO_API ThreadTerminationDeferral
+{
+public:
+    ThreadTerminationDeferral();
+    ~ThreadTerminationDeferral();
+    ThreadTerminationDeferral(const ThreadTerminationDeferral&) = delete;
+    ThreadTerminationDeferral& operator=(const ThreadTerminationDeferral&) = delete;
+
+private:
+    int m_previousState;
+};
 
 // ---- time -------------------------------------------------------------------------------------
 // A monotonic counter and its ticks per second (CLOCK_MONOTONIC in nanoseconds on POSIX, the
@@ -243,5 +263,26 @@ ZO_API bool ControlFloatingPoint(uint32_t& current, uint32_t newControl, uint32_
 // ---- machine ----------------------------------------------------------------------------------
 // The number of logical processors the process may run on; at least 1.
 ZO_API uint32_t GetProcessorCount();
+// The processor's own identification: its 12-character vendor id ("GenuineIntel"), its brand text
+// as the processor gives it (trimmed; empty when it has none) and its signature (family, model and
+// stepping fields as the processor packs them). False where the processor has no such
+// identification (not x86), with the three left empty and 0.
+ZO_API bool GetProcessorIdentification(std::string& vendorId, std::string& brand, uint32_t& signature);
+// Bytes of physical memory in all and available to new allocations without paging now. False when
+// the system cannot say (last error says why).
+ZO_API bool GetPhysicalMemoryStatus(uint64_t& total, uint64_t& available);
+
+// ---- folder listings --------------------------------------------------------------------------
+// An open listing of a folder's entries whose names match a wildcard pattern ('*' any run of
+// characters, '?' any one). Matching is the system's on Windows (without regard to case) and exact
+// on POSIX, as its file names are. "." and ".." are never listed.
+typedef void* FolderListing;
+// Null when the folder cannot be listed (missing, not a folder, no access).
+ZO_API FolderListing OpenFolderListing(const CString& folder, const CString& pattern);
+// The next matching entry's name and whether it is a folder; false at the end of the listing.
+ZO_API bool ReadFolderListing(FolderListing listing, CString& name, bool& isFolder);
+ZO_API void CloseFolderListing(FolderListing listing);
+// Whether `name` matches `pattern` as the POSIX listing matches ('*', '?', everything else exactly).
+ZO_API bool MatchesWildcard(const CString& name, const CString& pattern);
 
 } // namespace ZoOS

@@ -3,6 +3,7 @@
 // only records that it is in use.
 #include "platform/ZoOS.h"
 
+#include <csignal>
 #include <cstdio>
 #include <unistd.h>
 
@@ -71,6 +72,11 @@ void WriteDebugTrace(const CString& text)
 void ShowMessage(const CString& text, const CString& caption, uint32_t)
 {
     writeAll(STDERR_FILENO, caption.ToUtf8() + ": " + text.ToUtf8() + "\n");
+}
+
+void BreakIntoDebugger()
+{
+    ::raise(SIGTRAP);
 }
 
 } // namespace ZoOS

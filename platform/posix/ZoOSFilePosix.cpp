@@ -1,9 +1,12 @@
 // The POSIX implementation of the OS layer's files, folders and text conversion.
 #include "platform/ZoOS.h"
+#include "platform/posix/ZoOSPosixSupport.h"
 
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -11,26 +14,16 @@
 
 namespace ZoOS {
 
+using posix::fail;
+using posix::failed;
+using posix::succeed;
+using posix::succeeded;
+
 namespace {
 
 int fd(FileHandle file)
 {
     return static_cast<int>(file);
-}
-
-// Records errno as the last error and hands back `result`.
-template <class T>
-T failed(T result)
-{
-    SetLastErrorCode(static_cast<uint32_t>(errno));
-    return result;
-}
-
-template <class T>
-T succeeded(T result)
-{
-    SetLastErrorCode(0);
-    return result;
 }
 
 std::string homeFolder()
@@ -103,7 +96,7 @@ int64_t ReadFileBytes(FileHandle file, void* buffer, uint64_t size)
     auto* target = static_cast<char*>(buffer);
     uint64_t done = 0;
     while (done < size) {
-        const size_t chunk = size - done > (1u << 30) ? (1u << 30) : static_cast<size_t>(size - done);
+        const size_t chunk = size - done > sc_largestFileTransfer ? sc_largestFileTransfer : static_cast<size_t>(size - done);
         const ssize_t read = ::read(fd(file), target + done, chunk);
         if (read < 0) {
             if (errno == EINTR)
@@ -122,7 +115,7 @@ bool WriteFileBytes(FileHandle file, const void* buffer, uint64_t size)
     const auto* source = static_cast<const char*>(buffer);
     uint64_t done = 0;
     while (done < size) {
-        const size_t chunk = size - done > (1u << 30) ? (1u << 30) : static_cast<size_t>(size - done);
+        const size_t chunk = size - done > sc_largestFileTransfer ? sc_largestFileTransfer : static_cast<size_t>(size - done);
         const ssize_t written = ::write(fd(file), source + done, chunk);
         if (written < 0) {
             if (errno == EINTR)
@@ -189,8 +182,9 @@ bool CopyFilePath(const CString& source, const CString& target, bool failIfExist
     if (in < 0)
         return failed(false);
     struct stat info;
-    if (::fstat(in, &info) != 0 || S_ISDIR(info.st_mode)) {
-        const int error = S_ISDIR(info.st_mode) ? EISDIR : errno;
+    const bool measured = ::fstat(in, &info) == 0;
+    if (!measured || S_ISDIR(info.st_mode)) {
+        const int error = measured ? EISDIR : errno;
         ::close(in);
         errno = error;
         return failed(false);
@@ -271,6 +265,66 @@ CString GetExecutablePath()
     if (length < 0)
         return failed(CString());
     return succeeded(CString(std::string(buffer, static_cast<size_t>(length))));
+}
+
+// ---- folder listings ----------------------------------------------------------------------------
+
+namespace {
+
+struct Listing
+{
+    DIR* folder;
+    std::string path; // with a trailing separator, for the entries whose kind must be asked for
+    CString pattern;
+};
+
+} // namespace
+
+FolderListing OpenFolderListing(const CString& folder, const CString& pattern)
+{
+    std::string path = folder.ToUtf8();
+    DIR* opened = ::opendir(path.empty() ? "." : path.c_str());
+    if (opened == nullptr)
+        return failed<FolderListing>(nullptr);
+    if (!path.empty() && path.back() != '/')
+        path += '/';
+    return succeeded<FolderListing>(new Listing{opened, path, pattern});
+}
+
+bool ReadFolderListing(FolderListing listing, CString& name, bool& isFolder)
+{
+    auto* open = static_cast<Listing*>(listing);
+    if (open == nullptr)
+        return fail(EBADF);
+    for (;;) {
+        errno = 0;
+        const dirent* entry = ::readdir(open->folder);
+        if (entry == nullptr)
+            return errno != 0 ? failed(false) : succeeded(false);
+        if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
+            continue;
+        const CString candidate(entry->d_name);
+        if (!MatchesWildcard(candidate, open->pattern))
+            continue;
+        if (entry->d_type != DT_UNKNOWN && entry->d_type != DT_LNK) {
+            isFolder = entry->d_type == DT_DIR;
+        } else {
+            // Some file systems do not say; a link counts as what it points to.
+            struct stat info;
+            isFolder = ::stat((open->path + entry->d_name).c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+        }
+        name = candidate;
+        return succeed();
+    }
+}
+
+void CloseFolderListing(FolderListing listing)
+{
+    auto* open = static_cast<Listing*>(listing);
+    if (open == nullptr)
+        return;
+    ::closedir(open->folder);
+    delete open;
 }
 
 } // namespace ZoOS

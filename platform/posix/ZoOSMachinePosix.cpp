@@ -1,11 +1,14 @@
 // The POSIX (Linux) implementation of the OS layer's monotonic counter, tick count,
-// floating-point control and processor count.
+// floating-point control, processor count and memory status.
 #include "platform/ZoOS.h"
+#include "platform/posix/ZoOSPosixSupport.h"
 
 #include <cerrno>
 #include <cfenv>
+#include <cstdio>
 #include <ctime>
 #include <sched.h>
+#include <sys/sysinfo.h>
 #include <unistd.h>
 #if defined(__x86_64__) || defined(__i386__)
 #include <fpu_control.h>
@@ -13,19 +16,10 @@
 
 namespace ZoOS {
 
+using posix::fail;
+using posix::succeed;
+
 namespace {
-
-bool fail(int error)
-{
-    SetLastErrorCode(static_cast<uint32_t>(error));
-    return false;
-}
-
-bool succeed()
-{
-    SetLastErrorCode(0);
-    return true;
-}
 
 // ---- floating point ---------------------------------------------------------------------------
 
@@ -125,6 +119,36 @@ uint32_t GetProcessorCount()
     }
     const long online = sysconf(_SC_NPROCESSORS_ONLN);
     return online > 0 ? static_cast<uint32_t>(online) : 1u;
+}
+
+bool GetPhysicalMemoryStatus(uint64_t& total, uint64_t& available)
+{
+    // The kernel's own estimate of what new allocations can have without swapping, when it gives
+    // one; otherwise free memory, which leaves the page cache out and so says too little.
+    total = 0;
+    available = 0;
+    bool haveAvailable = false;
+    if (std::FILE* info = std::fopen("/proc/meminfo", "r")) {
+        char line[256];
+        while (std::fgets(line, sizeof line, info) != nullptr) {
+            unsigned long long kib = 0;
+            if (std::sscanf(line, "MemTotal: %llu kB", &kib) == 1)
+                total = kib * 1024;
+            else if (std::sscanf(line, "MemAvailable: %llu kB", &kib) == 1) {
+                available = kib * 1024;
+                haveAvailable = true;
+            }
+        }
+        std::fclose(info);
+    }
+    if (total == 0 || !haveAvailable) {
+        struct sysinfo status;
+        if (::sysinfo(&status) != 0)
+            return fail(errno);
+        total = static_cast<uint64_t>(status.totalram) * status.mem_unit;
+        available = static_cast<uint64_t>(status.freeram) * status.mem_unit;
+    }
+    return succeed();
 }
 
 } // namespace ZoOS

@@ -16,6 +16,7 @@
 // thread wakes a thread that sleeps in one of them: the unwinding then always starts in this file,
 // with no system or sanitizer frame in between.
 #include "platform/ZoOS.h"
+#include "platform/posix/ZoOSPosixSupport.h"
 
 #include <atomic>
 #include <cerrno>
@@ -34,6 +35,9 @@
 #include <vector>
 
 namespace ZoOS {
+
+using posix::fail;
+using posix::succeed;
 
 namespace {
 
@@ -237,33 +241,6 @@ private:
     LockDepthScope m_depth;
     ThreadObject& m_thread;
 };
-
-// Holds cancellation off for a scope. The destructor only restores the state: a pending
-// cancellation is acted on by an explicit pthread_testcancel in ordinary code, never while a
-// destructor runs.
-class CancellationHold
-{
-public:
-    CancellationHold() { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &m_previous); }
-    ~CancellationHold() { pthread_setcancelstate(m_previous, nullptr); }
-    CancellationHold(const CancellationHold&) = delete;
-    CancellationHold& operator=(const CancellationHold&) = delete;
-
-private:
-    int m_previous = PTHREAD_CANCEL_ENABLE;
-};
-
-bool fail(int error)
-{
-    SetLastErrorCode(static_cast<uint32_t>(error));
-    return false;
-}
-
-bool succeed()
-{
-    SetLastErrorCode(0);
-    return true;
-}
 
 // ---- the handle table (kernel lock held) ------------------------------------------------------
 
@@ -503,7 +480,7 @@ uint32_t waitForObjects(uint32_t count, const HANDLE* handles, bool waitAll, uin
     pthread_testcancel();
     uint32_t result;
     {
-        CancellationHold hold;
+        ThreadTerminationDeferral hold;
         result = waitUninterrupted(count, handles, waitAll, timeoutMs);
     }
     pthread_testcancel();
@@ -541,7 +518,7 @@ void* threadMain(void* argument)
     uint32_t exitCode = 0;
     try {
         {
-            CancellationHold hold;
+            ThreadTerminationDeferral hold;
             waitSemaphore(self->start);
         }
         // A thread terminated before its first resume ends here.
@@ -900,6 +877,17 @@ __attribute__((no_sanitize_undefined)) void RethrowThreadCancellation()
         throw;
     } catch (...) {
     }
+}
+
+ThreadTerminationDeferral::ThreadTerminationDeferral() : m_previousState(PTHREAD_CANCEL_ENABLE)
+{
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &m_previousState);
+}
+
+ThreadTerminationDeferral::~ThreadTerminationDeferral()
+{
+    int ignored;
+    pthread_setcancelstate(m_previousState, &ignored);
 }
 
 } // namespace ZoOS

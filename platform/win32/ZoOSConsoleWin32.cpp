@@ -51,4 +51,9 @@ void ShowMessage(const CString& text, const CString& caption, uint32_t style)
                   reinterpret_cast<const wchar_t*>(caption.GetString()), style);
 }
 
+void BreakIntoDebugger()
+{
+    ::DebugBreak();
+}
+
 } // namespace ZoOS

@@ -3,6 +3,8 @@
 
 #include <shlobj.h>
 
+#include <cwchar>
+
 #include <vector>
 
 namespace ZoOS {
@@ -98,7 +100,7 @@ int64_t ReadFileBytes(FileHandle file, void* buffer, uint64_t size)
     auto* target = static_cast<char*>(buffer);
     uint64_t done = 0;
     while (done < size) {
-        const DWORD chunk = size - done > (1u << 30) ? (1u << 30) : static_cast<DWORD>(size - done);
+        const DWORD chunk = size - done > sc_largestFileTransfer ? sc_largestFileTransfer : static_cast<DWORD>(size - done);
         DWORD read = 0;
         if (!::ReadFile(handleOf(file), target + done, chunk, &read, nullptr))
             return -1;
@@ -115,7 +117,7 @@ bool WriteFileBytes(FileHandle file, const void* buffer, uint64_t size)
     const auto* source = static_cast<const char*>(buffer);
     uint64_t done = 0;
     while (done < size) {
-        const DWORD chunk = size - done > (1u << 30) ? (1u << 30) : static_cast<DWORD>(size - done);
+        const DWORD chunk = size - done > sc_largestFileTransfer ? sc_largestFileTransfer : static_cast<DWORD>(size - done);
         DWORD written = 0;
         if (!::WriteFile(handleOf(file), source + done, chunk, &written, nullptr))
             return false;
@@ -219,6 +221,86 @@ CString GetExecutablePath()
     if (length == 0)
         return CString();
     return fromWide(buffer, length);
+}
+
+// ---- folder listings ----------------------------------------------------------------------------
+
+namespace {
+
+struct Listing
+{
+    HANDLE search;
+    WIN32_FIND_DATAW found; // the entry the next read hands out
+    bool pending;
+};
+
+bool isDotEntry(const wchar_t* name)
+{
+    return name[0] == L'.' && (name[1] == 0 || (name[1] == L'.' && name[2] == 0));
+}
+
+} // namespace
+
+FolderListing OpenFolderListing(const CString& folder, const CString& pattern)
+{
+    CString query = folder;
+    if (!query.IsEmpty() && query[query.GetLength() - 1] != u'\\' && query[query.GetLength() - 1] != u'/')
+        query += u"\\";
+    query += pattern;
+    auto* listing = new Listing();
+    listing->search = ::FindFirstFileW(wide(query), &listing->found);
+    if (listing->search == INVALID_HANDLE_VALUE) {
+        const DWORD error = ::GetLastError();
+        delete listing;
+        // A folder without a match is an empty listing, not a failure.
+        if (error == ERROR_FILE_NOT_FOUND) {
+            listing = new Listing();
+            listing->search = INVALID_HANDLE_VALUE;
+            listing->pending = false;
+            ::SetLastError(0);
+            return listing;
+        }
+        ::SetLastError(error);
+        return nullptr;
+    }
+    listing->pending = true;
+    ::SetLastError(0);
+    return listing;
+}
+
+bool ReadFolderListing(FolderListing listing, CString& name, bool& isFolder)
+{
+    auto* open = static_cast<Listing*>(listing);
+    if (open == nullptr) {
+        ::SetLastError(ERROR_INVALID_HANDLE);
+        return false;
+    }
+    for (;;) {
+        if (!open->pending) {
+            if (open->search == INVALID_HANDLE_VALUE || !::FindNextFileW(open->search, &open->found)) {
+                if (open->search == INVALID_HANDLE_VALUE || ::GetLastError() == ERROR_NO_MORE_FILES)
+                    ::SetLastError(0);
+                return false;
+            }
+        }
+        open->pending = false;
+        if (isDotEntry(open->found.cFileName))
+            continue;
+        name = fromWide(open->found.cFileName, ::wcslen(open->found.cFileName));
+        isFolder = (open->found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        ::SetLastError(0);
+        return true;
+    }
+}
+
+void CloseFolderListing(FolderListing listing)
+{
+    auto* open = static_cast<Listing*>(listing);
+    if (open == nullptr)
+        return;
+    if (open->search != INVALID_HANDLE_VALUE)
+        ::FindClose(open->search);
+    delete open;
 }
 
 } // namespace ZoOS

@@ -1,9 +1,7 @@
-// The Win32 implementation of the OS layer's events, threads and waits, the performance counter,
-// floating-point control and the processor count: each function is the system call of the same
-// purpose, its result translated to the layer's conventions.
+// The Win32 implementation of the OS layer's events, threads and waits: each function is the system
+// call of the same purpose, its result translated to the layer's conventions.
 #include "platform/ZoOS.h"
 
-#include <float.h>
 #include <process.h>
 
 namespace ZoOS {
@@ -17,9 +15,6 @@ bool succeedIf(BOOL result)
     ::SetLastError(0);
     return true;
 }
-
-// The precision field of the C library's control word.
-const unsigned int sc_precisionMask = 0x30000;
 
 } // namespace
 
@@ -166,60 +161,12 @@ void RethrowThreadCancellation()
     // A terminated Windows thread stops without unwinding: there is nothing to pass on.
 }
 
-// ---- time -------------------------------------------------------------------------------------
-
-bool QueryPerformanceCounterValue(int64_t& ticks)
+ThreadTerminationDeferral::ThreadTerminationDeferral() : m_previousState(0)
 {
-    LARGE_INTEGER value;
-    if (!::QueryPerformanceCounter(&value))
-        return false;
-    ticks = value.QuadPart;
-    ::SetLastError(0);
-    return true;
 }
 
-bool QueryPerformanceFrequencyValue(int64_t& ticksPerSecond)
+ThreadTerminationDeferral::~ThreadTerminationDeferral()
 {
-    LARGE_INTEGER value;
-    if (!::QueryPerformanceFrequency(&value))
-        return false;
-    ticksPerSecond = value.QuadPart;
-    ::SetLastError(0);
-    return true;
-}
-
-uint32_t GetTickCountValue()
-{
-    return ::GetTickCount();
-}
-
-// ---- floating point ---------------------------------------------------------------------------
-
-bool ControlFloatingPoint(uint32_t& current, uint32_t newControl, uint32_t mask)
-{
-    // x64 has no precision control: the C library rejects the request through its invalid-parameter
-    // handler, which would end the process, so it is refused here instead.
-    if ((mask & sc_precisionMask) != 0) {
-        ::SetLastError(ERROR_INVALID_PARAMETER);
-        return false;
-    }
-    unsigned int control = 0;
-    if (::_controlfp_s(&control, newControl, mask & ~sc_precisionMask) != 0) {
-        ::SetLastError(ERROR_INVALID_PARAMETER);
-        return false;
-    }
-    current = control;
-    ::SetLastError(0);
-    return true;
-}
-
-// ---- machine ----------------------------------------------------------------------------------
-
-uint32_t GetProcessorCount()
-{
-    SYSTEM_INFO info;
-    ::GetSystemInfo(&info);
-    return info.dwNumberOfProcessors > 0 ? info.dwNumberOfProcessors : 1u;
 }
 
 } // namespace ZoOS

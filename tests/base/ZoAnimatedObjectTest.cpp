@@ -18,11 +18,11 @@ int64_t clockTicks()
     return g_clockMs.load();
 }
 
-// A millisecond clock moved by hand; it lives as long as the process, as simulated counters must.
+// A millisecond clock moved by hand.
 const ZoPerformanceCounter& simulatedClock()
 {
-    static const ZoPerformanceCounter* const counter = new ZoPerformanceCounter(&clockTicks, 1000);
-    return *counter;
+    static const ZoPerformanceCounter counter(&clockTicks, 1000);
+    return counter;
 }
 
 // Records every frame and every clean-up.

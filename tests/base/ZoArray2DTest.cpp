@@ -255,6 +255,16 @@ TEST(ZoArray2DTest, ByteArraysSerializeToTheseBytesAndDumpAsRows)
 {
     const ZoArray2D<unsigned short> pair = grid<unsigned short>(2, 1, {1, 0x302});
     EXPECT_EQ(serialized(pair), Bytes({0, 0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, 1, 0, 2, 3}));
+    // Empty arrays need no block and keep their dimensions both ways.
+    for (const auto& size : {std::make_pair(5u, 0u), std::make_pair(0u, 5u)}) {
+        const std::vector<unsigned char> bytes = serialized(ZoArray2D<unsigned char>(size.first, size.second));
+        EXPECT_EQ(bytes, Bytes({0, 0, 0, 0, int(size.first), 0, 0, 0, int(size.second), 0, 0, 0, 1, 0, 0, 0}));
+        ZoArray2D<unsigned char> read(2, 2);
+        ZoStreamReadBinaryMemory in(bytes);
+        read.Serialize(in);
+        EXPECT_EQ(read.GetWidth(), size.first);
+        EXPECT_EQ(read.GetHeight(), size.second);
+    }
     ZoStreamWriteASCIIString text;
     grid<unsigned char>(2, 1, {1, 2}).Dump(text);
     EXPECT_EQ(text.GetText(), CString(u"[1\t2\t]\n"));

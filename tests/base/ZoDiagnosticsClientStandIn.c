@@ -13,15 +13,20 @@ enum { kCapacity = 4096 };
 
 static uint16_t g_lastTrace[kCapacity + 1];
 static int g_traceCount;
+static char g_busy;
 
-/* wchar_t on Windows, char16_t on Linux: 16-bit code units either way. */
+/* wchar_t on Windows, char16_t on Linux: 16-bit code units either way. Several threads may trace at
+ * once, as they may through a real viewer's client. */
 STAND_IN_EXPORT void SendDiagnosticsTraceW(const uint16_t* text)
 {
+    while (__atomic_test_and_set(&g_busy, __ATOMIC_ACQUIRE))
+        ;
     int length = 0;
     for (; text[length] != 0 && length < kCapacity; ++length)
         g_lastTrace[length] = text[length];
     g_lastTrace[length] = 0;
-    ++g_traceCount;
+    __atomic_add_fetch(&g_traceCount, 1, __ATOMIC_RELEASE);
+    __atomic_clear(&g_busy, __ATOMIC_RELEASE);
 }
 
 STAND_IN_EXPORT void SendDiagnosticsTimerW(void) {}
@@ -29,7 +34,7 @@ STAND_IN_EXPORT void SendDiagnosticsBitmapW(void) {}
 
 STAND_IN_EXPORT int StandInTraceCount(void)
 {
-    return g_traceCount;
+    return __atomic_load_n(&g_traceCount, __ATOMIC_ACQUIRE);
 }
 
 STAND_IN_EXPORT const uint16_t* StandInLastTrace(void)

@@ -8,6 +8,8 @@
 
 #include <cstdint>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -77,6 +79,28 @@ TEST(ZoDiagnosticsClientTest, TextIsItsOwnFormatAndIsCutToTheViewersBuffer)
         EXPECT_EQ(CString(last()), cut.sent);
     }
     EXPECT_EQ(count(), before + 5);
+}
+
+TEST(ZoDiagnosticsClientConcurrentTest, FirstTracesFromSeveralThreadsAtOnceLoadTheLibraryOnce)
+{
+    const ZoOS::LibraryHandle standIn = ZoOS::LoadDynamicLibrary(nativePath(ZO_TEST_DIAGNOSTICS_CLIENT));
+    ASSERT_NE(standIn, nullptr);
+    const auto count = reinterpret_cast<int (*)()>(ZoOS::GetDynamicEntry(standIn, "StandInTraceCount"));
+
+    ZoDiagnosticsClient client(nativePath(ZO_TEST_DIAGNOSTICS_CLIENT));
+    const int before = count();
+    const int threads = 4;
+    const int tracesEach = 50;
+    std::vector<std::thread> tracers;
+    for (int i = 0; i < threads; ++i)
+        tracers.emplace_back([&client] {
+            for (int trace = 0; trace < tracesEach; ++trace)
+                client.Trace(u"line");
+        });
+    for (std::thread& tracer : tracers)
+        tracer.join();
+    EXPECT_TRUE(client.IsConnected());
+    EXPECT_EQ(count(), before + threads * tracesEach) << "every thread's traces reach the viewer";
 }
 
 } // namespace

@@ -5,13 +5,49 @@
 
 namespace {
 
-TEST(ZoMachineCapabilitiesTest, GatheredAtLoadWithTheProcessorCount)
+TEST(ZoMachineCapabilitiesTest, GatheredAtLoadFromThisMachine)
 {
     EXPECT_TRUE(ZoMachineCapabilities::HasInstance()) << "made while the library loaded";
-    const ZoMachineCapabilities& capabilities = ZoMachineCapabilities::GetInstance();
-    EXPECT_EQ(&capabilities, &ZoMachineCapabilities::GetInstance());
-    EXPECT_GE(capabilities.GetCPUCount(), 1u);
-    EXPECT_EQ(capabilities.GetCPUCount(), ZoOS::GetProcessorCount());
+    const ZoMachineCapabilities& machine = ZoMachineCapabilities::GetInstance();
+    EXPECT_EQ(&machine, &ZoMachineCapabilities::GetInstance());
+    EXPECT_EQ(machine.GetCPUCount(), ZoOS::GetProcessorCount());
+    EXPECT_GE(machine.GetCPUCount(), 1u);
+#if defined(__x86_64__) || defined(__i386__)
+    EXPECT_FALSE(machine.GetProcessorVendorName().IsEmpty());
+    EXPECT_GE(machine.GetProcessorFamily(), 3u) << "every x86-64 processor is of family 6 or above";
+#endif
+    EXPECT_GT(machine.GetTotalPhysicalMemory(), uint64_t(16) << 20);
+    const uint64_t available = machine.GetAvailablePhysicalMemory();
+    EXPECT_GT(available, 0u);
+    EXPECT_LE(available, machine.GetTotalPhysicalMemory());
+}
+
+TEST(ZoMachineCapabilitiesTest, VendorTableAndSignatureDecoding)
+{
+    EXPECT_EQ(ZoMachineCapabilities::VendorOfId("GenuineIntel"), ZoMachineCapabilities::eVendorIntel);
+    EXPECT_EQ(ZoMachineCapabilities::VendorOfId("AuthenticAMD"), ZoMachineCapabilities::eVendorAMD);
+    EXPECT_EQ(ZoMachineCapabilities::VendorOfId("  Shanghai  "), ZoMachineCapabilities::eVendorZhaoxin);
+    EXPECT_EQ(ZoMachineCapabilities::VendorOfId("GenuineIntelX"), ZoMachineCapabilities::eVendorUnknown);
+    EXPECT_EQ(ZoMachineCapabilities::VendorName(ZoMachineCapabilities::eVendorHygon), CString(u"Hygon"));
+    EXPECT_EQ(ZoMachineCapabilities::VendorName(ZoMachineCapabilities::eVendorUnknown), CString());
+
+    const struct
+    {
+        uint32_t signature, family, model, stepping;
+    } signatures[] = {
+        {0x000906EA, 6, 0x9E, 10},   // family 6 takes the extended model
+        {0x00A20F10, 0x19, 0x21, 0}, // family 15 adds the extended family and takes the extended model
+        {0x00000F29, 15, 2, 9},
+        {0x000F0572, 5, 7, 2},       // other families ignore both extended fields
+        {0x00000000, 0, 0, 0},
+    };
+    for (const auto& known : signatures) {
+        uint32_t family = 99, model = 99, stepping = 99;
+        ZoMachineCapabilities::DecodeSignature(known.signature, family, model, stepping);
+        EXPECT_EQ(family, known.family) << std::hex << known.signature;
+        EXPECT_EQ(model, known.model) << std::hex << known.signature;
+        EXPECT_EQ(stepping, known.stepping) << std::hex << known.signature;
+    }
 }
 
 } // namespace

@@ -5,13 +5,21 @@
 #include "base/ZoExceptionStream.h"
 #include "base/ZoStreamReadBinaryFile.h"
 #include "base/ZoStreamWriteBinaryFile.h"
+#include "platform/ZoOS.h"
 
 #include "ZoTestSupport.h"
 
 #include <zlib.h>
 
+#include <atomic>
 #include <functional>
 #include <random>
+
+#if !defined(_WIN32)
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -234,5 +242,54 @@ TEST(ZoStreamBinaryFileTest, StreamsOnACallersArchiveLeaveItToTheCaller)
     EXPECT_EQ(value, 0x0102);
     expectStreamError([&] { in.Close(); }, "ZoStreamReadBinaryFile", "Close", 96);
 }
+
+#if !defined(_WIN32)
+// A terminated thread unwinds through the streams' translation of errors into stream exceptions;
+// that unwind must go on, or the C library ends the whole process. Windows stops a terminated
+// thread without unwinding, so there is nothing to check there.
+struct PipeReader
+{
+    CString path;
+    std::atomic<bool> opened{false};
+    std::atomic<bool> readReturned{false};
+};
+
+uint32_t readStringFromPipe(void* argument)
+{
+    auto* reader = static_cast<PipeReader*>(argument);
+    ZoStreamReadBinaryFile in(reader->path);
+    reader->opened = true;
+    CString text;
+    in >> text;
+    reader->readReturned = true;
+    return 1;
+}
+
+TEST(ZoStreamBinaryFileConcurrentTest, AThreadTerminatedWhileReadingAPipeEndsAndTheProcessGoesOn)
+{
+    zotest::TempFolder folder;
+    const std::string path = folder.Path("pipe");
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    PipeReader reader{CString(path)};
+    uint32_t threadId = 0;
+    const HANDLE thread = ZoOS::CreateThreadObject(&readStringFromPipe, &reader, 0, false, threadId);
+    ASSERT_NE(thread, nullptr);
+    // Opening the writing end meets the stream's open; then a few bytes arrive, never the rest.
+    const int writer = open(path.c_str(), O_WRONLY);
+    ASSERT_GE(writer, 0);
+    const unsigned char start[] = {3, 0, 'a', 0};
+    ASSERT_EQ(write(writer, start, sizeof start), static_cast<ssize_t>(sizeof start));
+    ASSERT_TRUE(zotest::WaitUntil([&] { return reader.opened.load(); }));
+
+    EXPECT_TRUE(ZoOS::TerminateThreadObject(thread, 7));
+    ASSERT_EQ(ZoOS::WaitForObject(thread, 30000), ZoOS::sc_waitObject0);
+    uint32_t exitCode = 0;
+    EXPECT_TRUE(ZoOS::GetThreadExitCode(thread, exitCode));
+    EXPECT_EQ(exitCode, 7u);
+    EXPECT_FALSE(reader.readReturned.load());
+    ZoOS::CloseObjectHandle(thread);
+    close(writer);
+}
+#endif
 
 } // namespace

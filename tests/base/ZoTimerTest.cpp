@@ -22,23 +22,23 @@ void advance(int64_t ticks)
 }
 
 // Counters over the fake clock: in microseconds, in nanoseconds, and in milliseconds like a machine
-// without a performance counter. They live as long as the process, as simulated counters must.
+// without a performance counter.
 const ZoPerformanceCounter& microsecondCounter()
 {
-    static const ZoPerformanceCounter* const counter = new ZoPerformanceCounter(&fakeTicks, 1000000);
-    return *counter;
+    static const ZoPerformanceCounter counter(&fakeTicks, 1000000);
+    return counter;
 }
 
 const ZoPerformanceCounter& nanosecondCounter()
 {
-    static const ZoPerformanceCounter* const counter = new ZoPerformanceCounter(&fakeTicks, 1000000000);
-    return *counter;
+    static const ZoPerformanceCounter counter(&fakeTicks, 1000000000);
+    return counter;
 }
 
 const ZoPerformanceCounter& millisecondCounter()
 {
-    static const ZoPerformanceCounter* const counter = new ZoPerformanceCounter(&fakeTicks, 1000);
-    return *counter;
+    static const ZoPerformanceCounter counter(&fakeTicks, 1000);
+    return counter;
 }
 
 TEST(ZoTimerTest, ProcessCounterIsMonotonic)

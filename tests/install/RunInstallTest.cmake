@@ -13,6 +13,17 @@ function(run_step)
 endfunction()
 
 run_step(${CMAKE_COMMAND} --install "${ZO_BUILD_DIR}" --prefix "${prefix}")
+# The interface is installed, the library's own machinery is not.
+foreach(header base/ZoArray.h base/ZoStreamReadBinaryFile.h platform/CString.h)
+  if(NOT EXISTS "${prefix}/include/zo/${header}")
+    message(FATAL_ERROR "${header} was not installed")
+  endif()
+endforeach()
+foreach(header base/ZoArchive.h base/ZoDiagnosticsClient.h)
+  if(EXISTS "${prefix}/include/zo/${header}")
+    message(FATAL_ERROR "${header} is internal but was installed")
+  endif()
+endforeach()
 
 set(flags "")
 if(ZO_SANITIZE)

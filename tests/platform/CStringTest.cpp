@@ -45,7 +45,12 @@ TEST(CStringTest, FormatWritesUnmatchedDirectivesAsTheyStand)
     EXPECT_EQ(fmt(CString::Formatted(u"%s", 3)), "%s");
     EXPECT_EQ(fmt(CString::Formatted(u"%d", 2.5)), "%d");
     EXPECT_EQ(fmt(CString::Formatted(u"%q %", 1)), "%q %");
-    EXPECT_EQ(fmt(CString::Formatted(u"%99999d", 1)), "%99999d");
+    // Widths and precisions past the largest field are refused, however many digits they have
+    // (the diagnostic trace formats user text) and wherever they come from; the largest is kept.
+    for (const char16_t* huge : {u"%99999999999999999999d", u"%.99999999999999999999d", u"%4097d", u"%*d"})
+        EXPECT_EQ(fmt(CString::Formatted(huge, int64_t(0x80000000), 1)).substr(0, 1), "%") << CString(huge).ToUtf8();
+    EXPECT_EQ(fmt(CString::Formatted(u"%4096d", 1)).size(), 4096u);
+    EXPECT_EQ(fmt(CString::Formatted(u"%-*d|", -3, 1)), "1  |");
     EXPECT_EQ(fmt(CString::Formatted(u"%s", static_cast<const char16_t*>(nullptr))), "(null)");
     CString target(u"old");
     target.Format(u"%d-%d", 1, 2);
