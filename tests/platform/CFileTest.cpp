@@ -54,6 +54,7 @@ TEST(CFileTest, ReadsShortAtTheEndSeeksAndKeepsOrTruncates)
         file.Write("XY", 2);
         EXPECT_EQ(file.SeekToEnd(), 6u);
         file.SeekToBegin();
+        EXPECT_EQ(file.Read(buffer, 0), 0u);
         EXPECT_EQ(fileCause([&] { file.Seek(-1, CFile::begin); }), CFileException::badSeek);
         EXPECT_EQ(file.GetFilePath(), path);
         file.Close();
@@ -157,6 +158,15 @@ TEST(CArchiveTest, StoringBuffersUntilFlushAndLoadingReadsShortAtTheEnd)
 {
     CMemFile file;
     {
+        CMemFile exact;
+        CArchive filling(&exact, CArchive::store, 128);
+        const std::vector<unsigned char> fill(100, 'f');
+        filling.Write(fill.data(), 100);
+        filling.Write(fill.data(), 28);
+        EXPECT_EQ(exact.GetLength(), 0u) << "a full buffer waits for the next write";
+        filling.Write("x", 1);
+        EXPECT_EQ(exact.GetLength(), 128u);
+
         CArchive store(&file, CArchive::store, 1); // below the 128-byte floor
         store.Write("head", 4);
         EXPECT_EQ(file.GetLength(), 0u) << "still in the buffer";
@@ -226,6 +236,10 @@ TEST(CArchiveTest, SetFileRedirectsAStoringArchiveAndMakesALoadingOneForgetItsBu
     CArchive load(&first, CArchive::load);
     char buffer[4] = {};
     ASSERT_EQ(load.Read(buffer, 1), 1u); // the archive buffers all of "one"
+    load.Flush();                          // a loading archive has nothing to write
+    EXPECT_EQ(first.GetLength(), 3u);
+    ASSERT_EQ(load.Read(buffer, 2), 2u);
+    EXPECT_EQ(std::string(buffer, 2), "ne");
     load.SetFile(&second);
     EXPECT_EQ(load.GetFile(), &second);
     EXPECT_EQ(load.Read(buffer, 4), 3u);

@@ -94,8 +94,8 @@ TEST(ZoOSThreadConcurrentTest, SuspendStopsARunningThreadAndResumeCountsDown)
     ASSERT_NE(thread, nullptr);
     ASSERT_TRUE(zotest::WaitUntil([&] { return lapper.laps.load() > 0; }));
     EXPECT_EQ(ZoOS::SuspendThreadObject(thread), 0u);
-    EXPECT_EQ(ZoOS::SuspendThreadObject(thread), 1u);
     const long long frozen = lapper.laps.load();
+    EXPECT_EQ(ZoOS::SuspendThreadObject(thread), 1u);
     // Nothing to wait for but time: a stopped thread cannot move the counter, however long.
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_EQ(lapper.laps.load(), frozen);
