@@ -4,30 +4,15 @@
 
 #include "ZoTestSupport.h"
 
-#include <cstdlib>
 #include <filesystem>
 
 namespace {
 
 using zotest::Bytes;
 
-// The variable the system's temporary folder comes from.
 #if defined(_WIN32)
-const char kTemporaryVariable[] = "TMP";
-void setVariable(const char* name, const std::string& value)
-{
-    _putenv_s(name, value.c_str());
-}
 const char kExecutable[] = "zo-tests.exe";
 #else
-const char kTemporaryVariable[] = "TMPDIR";
-void setVariable(const char* name, const std::string& value)
-{
-    if (value.empty())
-        unsetenv(name);
-    else
-        setenv(name, value.c_str(), 1);
-}
 const char kExecutable[] = "zo-tests";
 #endif
 
@@ -35,13 +20,13 @@ TEST(ZoClassSerializationTest, SpecialDirectoriesEndInTheSeparator)
 {
     zotest::TempFolder folder;
     const char16_t separator = ZoOS::GetPathSeparator();
-    const std::string previous = std::getenv(kTemporaryVariable) != nullptr ? std::getenv(kTemporaryVariable) : "";
-    setVariable(kTemporaryVariable, folder.Path());
-    const CString temp = ZoClassSerialization::GetDirectory(ZoClassSerialization::eTemporary);
-    EXPECT_EQ(temp, folder.CPath() + separator);
-    EXPECT_EQ(ZoClassSerialization::GetDirectory(ZoClassSerialization::eHalvo), temp + u"Halvo" + separator);
-    EXPECT_EQ(ZoClassSerialization::GetDirectory(ZoClassSerialization::eTestSuite), temp + u"ZoTestSuite" + separator);
-    setVariable(kTemporaryVariable, previous);
+    {
+        zotest::ScopedSystemTemporary redirected(folder);
+        const CString temp = ZoClassSerialization::GetDirectory(ZoClassSerialization::eTemporary);
+        EXPECT_EQ(temp, folder.CPath() + separator);
+        EXPECT_EQ(ZoClassSerialization::GetDirectory(ZoClassSerialization::eHalvo), temp + u"Halvo" + separator);
+        EXPECT_EQ(ZoClassSerialization::GetDirectory(ZoClassSerialization::eTestSuite), temp + u"ZoTestSuite" + separator);
+    }
 
     for (int directory = 0; directory <= 15; ++directory) {
         const CString path = ZoClassSerialization::GetDirectory(static_cast<ZoClassSerialization::ESpecialDirectory>(directory));

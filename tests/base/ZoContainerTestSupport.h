@@ -1,23 +1,13 @@
-// Helpers of the container suites: a counting element type and the seed of the randomized
-// model tests.
+// Helpers of the container suites: a counting element type.
 #pragma once
+
+#include "ZoTestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdlib>
-#include <random>
 
 namespace zotest {
-
-// The seed of a randomized model test: ZO_TEST_SEED when set (to replay a failure whose seed a
-// test printed), otherwise a fresh random one.
-inline unsigned ModelTestSeed()
-{
-    if (const char* fixed = std::getenv("ZO_TEST_SEED"))
-        return static_cast<unsigned>(std::strtoul(fixed, nullptr, 10));
-    return std::random_device{}();
-}
 
 // A counting element type for the managed arrays and pooled lists: it counts constructions, copies,
 // assignments and destructions, and reports a destruction of something never constructed (or

@@ -120,64 +120,52 @@ TEST(ZoEventTest, WaitAnyAndWaitAll)
     EXPECT_FALSE(second.IsSet());
 }
 
-TEST(ZoEventConcurrentTest, SetReleasesWaitersAcrossThreads)
+// Threads that each wait once for the event, through a copy of their own (copies name one event),
+// and count the satisfied waits.
+struct Waiters
 {
-    ZoEvent go(true);
     std::atomic<int> released{0};
-    std::vector<std::thread> waiters;
-    for (int i = 0; i < 3; ++i) {
-        // Each thread waits through its own copy: the copies name one event.
-        waiters.emplace_back([&released, copy = ZoEvent(go)] {
-            if (copy.Wait(INFINITE) == ZoEvent::eWaitSignaled)
-                ++released;
-        });
+    std::vector<std::thread> threads;
+    Waiters(const ZoEvent& event, int count)
+    {
+        for (int i = 0; i < count; ++i)
+            threads.emplace_back([this, copy = ZoEvent(event)] { released += copy.Wait(INFINITE) == ZoEvent::eWaitSignaled; });
     }
-    go.Set();
-    for (std::thread& waiter : waiters)
-        waiter.join();
-    EXPECT_EQ(released.load(), 3);
-}
+    ~Waiters() { Join(); }
+    void Join()
+    {
+        for (std::thread& thread : threads)
+            if (thread.joinable())
+                thread.join();
+    }
+};
 
-TEST(ZoEventConcurrentTest, AutoResetLetsOneWaitThroughPerSignal)
+TEST(ZoEventConcurrentTest, SetReleasesEveryWaiterAutoResetOnePerSignalPulseOnlyThoseWaiting)
 {
+    ZoEvent manual(true);
+    Waiters all(manual, 3);
+    manual.Set();
+    all.Join();
+    EXPECT_EQ(all.released.load(), 3);
+
     ZoEvent turn(false);
-    std::atomic<int> released{0};
-    std::vector<std::thread> waiters;
-    for (int i = 0; i < 3; ++i) {
-        waiters.emplace_back([&] {
-            if (turn.Wait(INFINITE) == ZoEvent::eWaitSignaled)
-                ++released;
-        });
-    }
+    Waiters oneByOne(turn, 3);
     for (int signal = 1; signal <= 3; ++signal) {
         turn.Set();
-        ASSERT_TRUE(zotest::WaitUntil([&] { return released.load() >= signal; }));
-        EXPECT_EQ(released.load(), signal);
+        ASSERT_TRUE(zotest::WaitUntil([&] { return oneByOne.released.load() >= signal; }));
+        EXPECT_EQ(oneByOne.released.load(), signal);
     }
-    for (std::thread& waiter : waiters)
-        waiter.join();
+    oneByOne.Join();
     EXPECT_FALSE(turn.IsSet());
-}
 
-TEST(ZoEventConcurrentTest, PulseReleasesTheWaitingThreadsAndStaysReset)
-{
-    ZoEvent pulse(true);
-    std::atomic<int> released{0};
-    std::vector<std::thread> waiters;
-    for (int i = 0; i < 4; ++i) {
-        waiters.emplace_back([&] {
-            if (pulse.Wait(INFINITE) == ZoEvent::eWaitSignaled)
-                ++released;
-        });
-    }
     // A pulse reaches only threads already waiting: keep pulsing until every thread was caught
     // waiting once.
+    ZoEvent pulse(true);
+    Waiters pulsed(pulse, 4);
     ASSERT_TRUE(zotest::WaitUntil([&] {
         pulse.Pulse();
-        return released.load() == 4;
+        return pulsed.released.load() == 4;
     }));
-    for (std::thread& waiter : waiters)
-        waiter.join();
     EXPECT_FALSE(pulse.IsSet());
 }
 

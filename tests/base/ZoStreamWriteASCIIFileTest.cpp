@@ -10,7 +10,6 @@
 
 #include "ZoTestSupport.h"
 
-#include <chrono>
 #include <filesystem>
 #include <functional>
 
@@ -28,11 +27,15 @@ TEST(ZoStreamWriteASCIIFileTest, EachWriteReachesTheFileAtOnceInTheAnsiCodePage)
 {
     zotest::TempFolder folder;
     const std::string path = folder.Path("log.txt");
-    ZoStreamWriteASCIIFile stream{CString(path)};
-    stream << u"n=" << static_cast<short>(-1);
-    // Still open: nothing waits in a buffer.
-    EXPECT_EQ(fileText(path), "n=4294967295");
-    stream << u" \u00e9\u20ac" << 1.5f << u"\n";
+    {
+        ZoStreamWriteASCIIFile stream{CString(path)};
+        stream << u"n=" << static_cast<short>(-1);
+        // Still open: nothing waits in a buffer.
+        EXPECT_EQ(fileText(path), "n=4294967295");
+        stream << u" \u00e9\u20ac" << 1.5f << u"\n";
+        EXPECT_TRUE(zotest::IsFileOpen(path));
+    }
+    EXPECT_FALSE(zotest::IsFileOpen(path)) << "the stream owns the archive it opened and closes it";
     EXPECT_EQ(zotest::ReadBytes(path), Bytes({'n', '=', '4', '2', '9', '4', '9', '6', '7', '2', '9', '5', ' ', 0xE9,
                                               0x80, '1', '.', '5', '0', '0', '0', '0', '0', '\n'}));
 }
@@ -50,12 +53,14 @@ TEST(ZoStreamWriteASCIIFileTest, WriteTruncatesAppendKeepsAndSpecialFoldersJoin)
     ZoStreamWriteASCIIFile(folder.CPath("fresh.txt"), ZoStreamWriteASCIIFile::eAccessAppend) << true;
     EXPECT_EQ(fileText(folder.Path("fresh.txt")), "true");
 
-    const std::string name = "zo-ascii-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
-    ZoStreamWriteASCIIFile(ZoClassSerialization::eTemporary, CString(name) + ZoOS::GetPathSeparator() + u"log.txt") << 42;
-    const std::filesystem::path special =
-        std::filesystem::path(ZoClassSerialization::GetDirectory(ZoClassSerialization::eTemporary).ToUtf8()) / name;
-    EXPECT_EQ(fileText((special / "log.txt").string()), "42");
-    std::filesystem::remove_all(special);
+    {
+        zotest::ScopedSystemTemporary redirected(folder);
+        ZoStreamWriteASCIIFile special(ZoClassSerialization::eTemporary, u"in-temp.txt");
+        special << 42;
+        EXPECT_TRUE(zotest::IsFileOpen(folder.Path("in-temp.txt")));
+    }
+    EXPECT_FALSE(zotest::IsFileOpen(folder.Path("in-temp.txt")));
+    EXPECT_EQ(fileText(folder.Path("in-temp.txt")), "42");
 }
 
 TEST(ZoStreamWriteASCIIFileTest, OpeningFailuresThrowOpenFile)
@@ -71,17 +76,9 @@ TEST(ZoStreamWriteASCIIFileTest, OpeningFailuresThrowOpenFile)
             ZoStreamWriteASCIIFile stream(ZoClassSerialization::eTemporary, u"x.txt", ZoStreamWriteASCIIFile::EAccessMode(-1));
         },
     };
-    for (const auto& failure : failures) {
-        try {
-            failure();
-            ADD_FAILURE() << "no exception";
-        } catch (const ZoExceptionStream& e) {
-            EXPECT_EQ(e.GetFileName().ToUtf8(), "..\\base\\ZoStreamWriteASCIIFile.cpp");
-            EXPECT_EQ(e.GetThrowingClassName().ToUtf8(), "ZoStreamWriteASCIIFile");
-            EXPECT_EQ(e.GetThrowingMethodName().ToUtf8(), "openFile");
-            EXPECT_EQ(e.GetCodeLine(), 109u);
-        }
-    }
+    for (const auto& failure : failures)
+        zotest::ExpectThrowSite<ZoExceptionStream>(failure, "..\\base\\ZoStreamWriteASCIIFile.cpp", "ZoStreamWriteASCIIFile",
+                                                   "openFile", 109);
     EXPECT_FALSE(std::filesystem::exists(folder.Path("log.txt")));
 }
 

@@ -115,56 +115,40 @@ uint32_t exitCodeOf(HANDLE thread)
     return code;
 }
 
-TEST(ZoThreadConcurrentTest, RoutineRunsTheHooksAndTheRunFunction)
-{
-    Job job(Job::eSucceed);
-    JobThread thread(job);
-    EXPECT_EQ(thread.GetThreadId(), 0u);
-    EXPECT_EQ(thread.GetState(), 0u);
-    EXPECT_FALSE(thread.IsRunning());
-    EXPECT_TRUE(thread.WaitUntilTerminate(0)) << "no thread: the failed wait reports true";
-
-    ZoEvent ended(true);
-    thread.SetTerminateEvent(ended);
-    ASSERT_TRUE(thread.Start());
-    EXPECT_NE(thread.GetThreadHandle(), nullptr);
-    EXPECT_NE(thread.GetThreadId(), 0u);
-    EXPECT_EQ(ended.Wait(sc_uiLongWaitMs), ZoEvent::eWaitSignaled);
-    ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
-    EXPECT_EQ(job.runs.load(), 1);
-    EXPECT_EQ(thread.beforeRunCalls.load(), 1);
-    EXPECT_EQ(thread.afterRunCalls.load(), 1);
-    EXPECT_TRUE(thread.IsSuccessful());
-    EXPECT_EQ(thread.GetState(), uint32_t(JobThread::eStarted | JobThread::eFinished));
-    EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), 0u);
-    EXPECT_FALSE(thread.IsRunning());
-}
-
-TEST(ZoThreadConcurrentTest, FailuresBecomeExitCodeOne)
+TEST(ZoThreadConcurrentTest, TheRoutineRunsTheHooksAndTurnsFailuresIntoExitCodeOne)
 {
     struct Case
     {
         Job::EMode mode;
         bool throwBeforeRun;
         int expectedRuns;
+        bool succeeds;
     };
     const Case cases[] = {
-        {Job::eReturnZero, false, 1}, // a run function returning 0
-        {Job::eThrow, false, 1},      // an exception from the run function
-        {Job::eSucceed, true, 0},     // an exception from onBeforeRun skips the run function
+        {Job::eSucceed, false, 1, true},
+        {Job::eReturnZero, false, 1, false}, // a run function returning 0
+        {Job::eThrow, false, 1, false},      // an exception from the run function
+        {Job::eSucceed, true, 0, false},     // an exception from onBeforeRun skips the run function
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << "mode " << c.mode << ", throwing hook " << c.throwBeforeRun);
         Job job(c.mode);
         JobThread thread(job, JobThread::eNormal, c.throwBeforeRun);
+        EXPECT_EQ(thread.GetState(), 0u);
+        EXPECT_TRUE(thread.WaitUntilTerminate(0)) << "no thread: the failed wait reports true";
+        ZoEvent ended(true);
+        thread.SetTerminateEvent(ended);
         ASSERT_TRUE(thread.Start());
+        EXPECT_NE(thread.GetThreadId(), 0u);
         ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
+        EXPECT_EQ(ended.Wait(sc_uiLongWaitMs), ZoEvent::eWaitSignaled);
         EXPECT_EQ(job.runs.load(), c.expectedRuns);
-        EXPECT_FALSE(thread.IsSuccessful());
-        EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), 1u);
-        EXPECT_EQ(thread.afterRunCalls.load(), 0) << "onAfterRun runs only after a successful run function";
-        EXPECT_EQ(thread.GetState() & (JobThread::eFinished | JobThread::eFailed | JobThread::eRunning),
-                  uint32_t(JobThread::eFinished | JobThread::eFailed));
+        EXPECT_EQ(thread.beforeRunCalls.load(), 1);
+        EXPECT_EQ(thread.afterRunCalls.load(), c.succeeds ? 1 : 0) << "onAfterRun runs only after a successful run function";
+        EXPECT_EQ(thread.IsSuccessful() != 0, c.succeeds);
+        EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), c.succeeds ? 0u : 1u);
+        EXPECT_EQ(thread.GetState(), JobThread::eStarted | JobThread::eFinished | (c.succeeds ? 0u : JobThread::eFailed));
+        EXPECT_FALSE(thread.IsRunning());
     }
 }
 
@@ -321,62 +305,6 @@ TEST(ZoThreadConcurrentTest, PriorityLadder)
     ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
     if (!mayRaise)
         GTEST_SKIP() << "this process may not raise thread priorities; the top of the ladder was not checked";
-}
-
-uint32_t countAndReturn(void* argument)
-{
-    ++*static_cast<std::atomic<int>*>(argument);
-    return 42;
-}
-
-// The layer under ZoThread, the same on both targets: suspended creation, suspend counts, exit codes,
-// thread handles in waits, duplicates and closing.
-TEST(ZoThreadOSConcurrentTest, SuspendedCreationSuspendCountsAndExitCodes)
-{
-    std::atomic<int> ran{0};
-    uint32_t id = 0;
-    const HANDLE thread = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
-    ASSERT_NE(thread, nullptr);
-    EXPECT_NE(id, 0u);
-    EXPECT_NE(id, ZoOS::GetCurrentThreadIdentifier());
-    EXPECT_EQ(ZoOS::WaitForObject(thread, 20), ZoOS::sc_waitTimeout);
-    EXPECT_EQ(ran.load(), 0) << "a thread created suspended waits for its resume";
-    EXPECT_EQ(ZoOS::SuspendThreadObject(thread), 1u) << "created suspended: the count was 1";
-    EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 2u);
-    EXPECT_EQ(exitCodeOf(thread), STILL_ACTIVE);
-    EXPECT_EQ(ran.load(), 0) << "still suspended once";
-
-    ZoEvent never(true);
-    const HANDLE both[] = {never.GetHandle(), thread};
-    EXPECT_EQ(ZoOS::WaitForObjects(2, both, false, 0), ZoOS::sc_waitTimeout);
-    EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 1u);
-    EXPECT_EQ(ZoOS::WaitForObjects(2, both, false, sc_uiLongWaitMs), ZoOS::sc_waitObject0 + 1)
-        << "a thread handle is signalled when the thread ends";
-    EXPECT_EQ(ran.load(), 1);
-
-    const HANDLE duplicate = ZoOS::DuplicateObjectHandle(thread, false);
-    ASSERT_NE(duplicate, nullptr);
-    EXPECT_TRUE(ZoOS::CloseObjectHandle(thread));
-    EXPECT_EQ(exitCodeOf(duplicate), 42u) << "the duplicate names the same thread";
-    EXPECT_EQ(ZoOS::WaitForObject(duplicate, 0), ZoOS::sc_waitObject0);
-    EXPECT_TRUE(ZoOS::CloseObjectHandle(duplicate));
-    uint32_t code = 0;
-    EXPECT_FALSE(ZoOS::GetThreadExitCode(duplicate, code)) << "a closed handle names nothing";
-    EXPECT_EQ(ZoOS::WaitForObject(duplicate, 0), ZoOS::sc_waitFailed);
-    EXPECT_FALSE(ZoOS::CloseObjectHandle(duplicate));
-}
-
-TEST(ZoThreadOSConcurrentTest, TerminateBeforeTheFirstResume)
-{
-    std::atomic<int> ran{0};
-    uint32_t id = 0;
-    const HANDLE thread = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
-    ASSERT_NE(thread, nullptr);
-    EXPECT_TRUE(ZoOS::TerminateThreadObject(thread, 7));
-    EXPECT_EQ(ZoOS::WaitForObject(thread, sc_uiLongWaitMs), ZoOS::sc_waitObject0);
-    EXPECT_EQ(exitCodeOf(thread), 7u);
-    EXPECT_EQ(ran.load(), 0) << "the routine never started";
-    EXPECT_TRUE(ZoOS::CloseObjectHandle(thread));
 }
 
 } // namespace

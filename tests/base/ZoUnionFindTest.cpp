@@ -44,6 +44,7 @@ TEST(ZoUnionFindTest, SetsAreNumberedInTheOrderOfTheirSmallestElement)
 TEST(ZoUnionFindTest, RandomPairsMatchAReachabilityModel)
 {
     const unsigned seed = zotest::ModelTestSeed();
+    SCOPED_TRACE(testing::Message() << "seed " << seed << " (ZO_TEST_SEED replays it)");
     std::mt19937 random(seed);
     const uint32_t count = 300;
     ZoUnionFind sets(count);
@@ -62,7 +63,7 @@ TEST(ZoUnionFindTest, RandomPairsMatchAReachabilityModel)
         for (uint32_t i = 0; i < count; ++i)
             if (label[i] == label[a] && i < smallest)
                 smallest = i;
-        ASSERT_EQ(sets.GetRoot(b), smallest) << "seed " << seed;
+        ASSERT_EQ(sets.GetRoot(b), smallest);
     }
     // Model numbering: sets in the order of their smallest element.
     std::map<uint32_t, uint32_t> numberOfLabel;
@@ -73,8 +74,8 @@ TEST(ZoUnionFindTest, RandomPairsMatchAReachabilityModel)
             found = numberOfLabel.emplace(label[i], static_cast<uint32_t>(numberOfLabel.size())).first;
         expected.push_back(found->second);
     }
-    EXPECT_EQ(sets.CreateSetNumbers(), numberOfLabel.size()) << "seed " << seed;
-    EXPECT_EQ(setNumbers(sets), expected) << "seed " << seed;
+    EXPECT_EQ(sets.CreateSetNumbers(), numberOfLabel.size());
+    EXPECT_EQ(setNumbers(sets), expected);
 }
 
 TEST(ZoPermutationTableTest, NumbersValuesInOrderOfFirstOccurrence)

@@ -1,6 +1,8 @@
 // Shared pieces of the codec tests: reproducible test data and a scratch current folder.
 #pragma once
 
+#include "ZoTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -73,32 +75,25 @@ inline Bytes Copy(const unsigned char* data, uint64_t size)
     return data == nullptr ? Bytes() : Bytes(data, data + size);
 }
 
-// Makes a fresh empty folder the current one for its lifetime, then restores the old one and
-// removes the folder. The LZMA classes load their codec from the current folder.
+// Makes a fresh empty folder the current one for its lifetime, then restores the old one. The LZMA
+// classes load their codec from the current folder.
 class ScopedCurrentFolder
 {
 public:
-    ScopedCurrentFolder() : m_previous(std::filesystem::current_path())
-    {
-        std::random_device entropy;
-        m_folder = std::filesystem::temp_directory_path() / ("zo-codec-test-" + std::to_string(entropy()));
-        std::filesystem::create_directories(m_folder);
-        std::filesystem::current_path(m_folder);
-    }
+    ScopedCurrentFolder() : m_previous(std::filesystem::current_path()) { std::filesystem::current_path(m_folder.Path()); }
     ~ScopedCurrentFolder()
     {
         std::error_code ignored;
         std::filesystem::current_path(m_previous, ignored);
-        std::filesystem::remove_all(m_folder, ignored);
     }
     ScopedCurrentFolder(const ScopedCurrentFolder&) = delete;
     ScopedCurrentFolder& operator=(const ScopedCurrentFolder&) = delete;
 
-    const std::filesystem::path& Folder() const { return m_folder; }
+    std::filesystem::path Folder() const { return m_folder.Path(); }
 
 private:
     std::filesystem::path m_previous;
-    std::filesystem::path m_folder;
+    zotest::TempFolder m_folder;
 };
 
 // The file of a shared library the process has loaded whose name contains `fragment`; empty when

@@ -22,16 +22,8 @@ Bytes CompressLZMA(const Bytes& data)
 template <class Codec>
 void ExpectConstructionThrows(const char* file, uint32_t line)
 {
-    try {
-        Codec codec;
-        ADD_FAILURE() << "no exception";
-    } catch (const ZoException& e) {
-        EXPECT_EQ(e.GetFileName().ToUtf8(), file);
-        // Both classes name the decompressor: reports match these texts.
-        EXPECT_EQ(e.GetThrowingClassName().ToUtf8(), "ZoDecompressLZMA");
-        EXPECT_EQ(e.GetThrowingMethodName().ToUtf8(), "ZoDecompressLZMA");
-        EXPECT_EQ(e.GetCodeLine(), line);
-    }
+    // Both classes name the decompressor: reports match these texts.
+    zotest::ExpectThrowSite<ZoException>([] { Codec codec; }, file, "ZoDecompressLZMA", "ZoDecompressLZMA", line);
 }
 
 TEST(ZoCompressLZMATest, ConstructorsThrowWithoutTheCodecLibrary)

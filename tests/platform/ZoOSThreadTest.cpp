@@ -1,0 +1,244 @@
+// The thread and event layer of ZoOS, driven directly; the same cases run on both targets.
+#include "platform/ZoOS.h"
+
+#include "ZoTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+#include <vector>
+
+namespace {
+
+const uint32_t sc_longWaitMs = 30000;
+
+uint32_t exitCodeOf(HANDLE thread)
+{
+    uint32_t code = 0;
+    EXPECT_TRUE(ZoOS::GetThreadExitCode(thread, code));
+    return code;
+}
+
+uint32_t countAndReturn(void* argument)
+{
+    ++*static_cast<std::atomic<int>*>(argument);
+    return 42;
+}
+
+// Counts its laps until `stop` is set; every lap is one of the layer's waits, where a terminated
+// POSIX thread ends.
+struct Lapper
+{
+    HANDLE stop = ZoOS::CreateEventObject(true, false);
+    std::atomic<long long> laps{0};
+    ~Lapper() { ZoOS::CloseObjectHandle(stop); }
+
+    static uint32_t Run(void* argument)
+    {
+        auto& self = *static_cast<Lapper*>(argument);
+        while (ZoOS::WaitForObject(self.stop, 0) == ZoOS::sc_waitTimeout)
+            ++self.laps;
+        return 3;
+    }
+};
+
+// Closes every handle of the test at the end, even after a failed assertion.
+struct Handles
+{
+    std::vector<HANDLE> all;
+    HANDLE Add(HANDLE handle)
+    {
+        all.push_back(handle);
+        return handle;
+    }
+    ~Handles()
+    {
+        for (HANDLE handle : all)
+            ZoOS::CloseObjectHandle(handle);
+    }
+};
+
+TEST(ZoOSThreadConcurrentTest, SuspendedCreationCountsResumesAndExitCodes)
+{
+    std::atomic<int> ran{0};
+    uint32_t id = 0;
+    const HANDLE thread = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
+    ASSERT_NE(thread, nullptr);
+    EXPECT_NE(id, 0u);
+    EXPECT_NE(id, ZoOS::GetCurrentThreadIdentifier());
+    EXPECT_EQ(ZoOS::WaitForObject(thread, 20), ZoOS::sc_waitTimeout);
+    EXPECT_EQ(ZoOS::SuspendThreadObject(thread), 1u) << "created suspended: the count was 1";
+    EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 2u);
+    EXPECT_EQ(exitCodeOf(thread), STILL_ACTIVE);
+    EXPECT_EQ(ran.load(), 0) << "still suspended once";
+
+    const HANDLE never = ZoOS::CreateEventObject(true, false);
+    const HANDLE both[] = {never, thread};
+    EXPECT_EQ(ZoOS::WaitForObjects(2, both, false, 0), ZoOS::sc_waitTimeout);
+    EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 1u);
+    EXPECT_EQ(ZoOS::WaitForObjects(2, both, false, sc_longWaitMs), ZoOS::sc_waitObject0 + 1)
+        << "a thread handle is signalled when the thread ends";
+    EXPECT_EQ(ran.load(), 1);
+    EXPECT_EQ(exitCodeOf(thread), 42u);
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(never));
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(thread));
+}
+
+TEST(ZoOSThreadConcurrentTest, SuspendStopsARunningThreadAndResumeCountsDown)
+{
+    Lapper lapper;
+    uint32_t id = 0;
+    const HANDLE thread = ZoOS::CreateThreadObject(&Lapper::Run, &lapper, 0, false, id);
+    ASSERT_NE(thread, nullptr);
+    ASSERT_TRUE(zotest::WaitUntil([&] { return lapper.laps.load() > 0; }));
+    EXPECT_EQ(ZoOS::SuspendThreadObject(thread), 0u);
+    const long long frozen = lapper.laps.load();
+    EXPECT_EQ(ZoOS::SuspendThreadObject(thread), 1u);
+    // Nothing to wait for but time: a stopped thread cannot move the counter, however long.
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_EQ(lapper.laps.load(), frozen);
+    EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 2u);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(lapper.laps.load(), frozen) << "one suspension is left";
+    EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 1u);
+    EXPECT_TRUE(zotest::WaitUntil([&] { return lapper.laps.load() > frozen; }));
+    EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 0u) << "resuming a running thread changes nothing";
+    ZoOS::SetEventObject(lapper.stop);
+    EXPECT_EQ(ZoOS::WaitForObject(thread, sc_longWaitMs), ZoOS::sc_waitObject0);
+    EXPECT_EQ(exitCodeOf(thread), 3u);
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(thread));
+}
+
+TEST(ZoOSThreadConcurrentTest, TerminateEndsASuspendedThreadAndOneNeverResumed)
+{
+    Lapper lapper;
+    uint32_t id = 0;
+    const HANDLE running = ZoOS::CreateThreadObject(&Lapper::Run, &lapper, 0, false, id);
+    ASSERT_NE(running, nullptr);
+    ASSERT_TRUE(zotest::WaitUntil([&] { return lapper.laps.load() > 0; }));
+    ASSERT_EQ(ZoOS::SuspendThreadObject(running), 0u);
+    EXPECT_TRUE(ZoOS::TerminateThreadObject(running, 9));
+    EXPECT_EQ(ZoOS::WaitForObject(running, sc_longWaitMs), ZoOS::sc_waitObject0);
+    EXPECT_EQ(exitCodeOf(running), 9u) << "the termination's code, not the routine's";
+
+    std::atomic<int> ran{0};
+    const HANDLE held = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
+    ASSERT_NE(held, nullptr);
+    EXPECT_TRUE(ZoOS::TerminateThreadObject(held, 7));
+    EXPECT_EQ(ZoOS::WaitForObject(held, sc_longWaitMs), ZoOS::sc_waitObject0);
+    EXPECT_EQ(exitCodeOf(held), 7u);
+    EXPECT_EQ(ran.load(), 0) << "the routine never started";
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(running));
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(held));
+}
+
+TEST(ZoOSThreadTest, WaitsTakeAtMost64HandlesAndConsumeOnlyWhenSatisfied)
+{
+    Handles handles;
+    std::vector<HANDLE> events;
+    for (uint32_t i = 0; i <= ZoOS::sc_maximumWaitObjects; ++i)
+        events.push_back(handles.Add(ZoOS::CreateEventObject(false, true)));
+    ASSERT_EQ(events.size(), 65u);
+    EXPECT_EQ(ZoOS::WaitForObjects(65, events.data(), false, 0), ZoOS::sc_waitFailed);
+    EXPECT_EQ(ZoOS::WaitForObjects(65, events.data(), true, 0), ZoOS::sc_waitFailed);
+    EXPECT_EQ(ZoOS::WaitForObjects(0, events.data(), false, 0), ZoOS::sc_waitFailed);
+    // Wait for all 64 at once: every auto-reset signal goes, the 65th stays.
+    EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), true, 0), ZoOS::sc_waitObject0);
+    EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), false, 0), ZoOS::sc_waitTimeout);
+    EXPECT_EQ(ZoOS::WaitForObject(events[64], 0), ZoOS::sc_waitObject0);
+    // Wait for any: the lowest signalled index wins and only its signal is consumed.
+    ASSERT_TRUE(ZoOS::SetEventObject(events[63]));
+    ASSERT_TRUE(ZoOS::SetEventObject(events[40]));
+    EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), true, 0), ZoOS::sc_waitTimeout);
+    EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), false, 0), ZoOS::sc_waitObject0 + 40);
+    EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), false, 0), ZoOS::sc_waitObject0 + 63);
+    EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), false, 0), ZoOS::sc_waitTimeout);
+
+    // One closed handle among them fails the whole wait.
+    std::vector<HANDLE> withClosed(events.begin(), events.begin() + 3);
+    withClosed[1] = ZoOS::CreateEventObject(true, true);
+    ASSERT_TRUE(ZoOS::CloseObjectHandle(withClosed[1]));
+    ZoOS::SetEventObject(events[0]);
+    EXPECT_EQ(ZoOS::WaitForObjects(3, withClosed.data(), false, 0), ZoOS::sc_waitFailed);
+    EXPECT_EQ(ZoOS::WaitForObject(events[0], 0), ZoOS::sc_waitObject0) << "the failed wait consumed nothing";
+}
+
+TEST(ZoOSThreadConcurrentTest, AWaitForAnyOf64WakesOnTheLastOne)
+{
+    Handles handles;
+    std::vector<HANDLE> events;
+    for (uint32_t i = 0; i < ZoOS::sc_maximumWaitObjects; ++i)
+        events.push_back(handles.Add(ZoOS::CreateEventObject(false, false)));
+    std::atomic<uint32_t> result{0};
+    std::thread waiter([&] { result = ZoOS::WaitForObjects(64, events.data(), false, sc_longWaitMs); });
+    ZoOS::SetEventObject(events[63]);
+    waiter.join();
+    EXPECT_EQ(result.load(), ZoOS::sc_waitObject0 + 63);
+    EXPECT_EQ(ZoOS::WaitForObject(events[63], 0), ZoOS::sc_waitTimeout) << "the waiter consumed the signal";
+}
+
+TEST(ZoOSThreadTest, DuplicatesNameOneObjectAndClosedHandlesFail)
+{
+    // Enough handles that the table grows while handles are in use.
+    std::vector<HANDLE> originals, duplicates;
+    for (int i = 0; i < 300; ++i) {
+        originals.push_back(ZoOS::CreateEventObject(true, false));
+        ASSERT_NE(originals.back(), nullptr);
+        duplicates.push_back(ZoOS::DuplicateObjectHandle(originals.back(), false));
+        ASSERT_NE(duplicates.back(), nullptr);
+        ASSERT_NE(duplicates.back(), originals.back());
+    }
+    for (int i = 0; i < 300; ++i) {
+        SCOPED_TRACE(testing::Message() << "event " << i);
+        ASSERT_TRUE(ZoOS::CloseObjectHandle(originals[i]));
+        // The event lives on in its duplicate.
+        ASSERT_TRUE(ZoOS::SetEventObject(duplicates[i]));
+        ASSERT_EQ(ZoOS::WaitForObject(duplicates[i], 0), ZoOS::sc_waitObject0);
+        ZoOS::SetLastErrorCode(0);
+        ASSERT_FALSE(ZoOS::SetEventObject(originals[i]));
+        ASSERT_NE(ZoOS::GetLastErrorCode(), 0u);
+        ASSERT_EQ(ZoOS::DuplicateObjectHandle(originals[i], false), nullptr);
+    }
+    const HANDLE closed = duplicates[0];
+    for (HANDLE duplicate : duplicates)
+        ASSERT_TRUE(ZoOS::CloseObjectHandle(duplicate));
+    EXPECT_FALSE(ZoOS::CloseObjectHandle(closed)) << "closing twice fails";
+    EXPECT_FALSE(ZoOS::ResetEventObject(closed));
+    EXPECT_FALSE(ZoOS::PulseEventObject(closed));
+    EXPECT_EQ(ZoOS::WaitForObject(closed, 0), ZoOS::sc_waitFailed);
+    EXPECT_EQ(ZoOS::WaitForObject(nullptr, 0), ZoOS::sc_waitFailed);
+    uint32_t code = 0;
+    EXPECT_FALSE(ZoOS::GetThreadExitCode(closed, code));
+#if !defined(_WIN32)
+    // The library's own table never hands a closed handle's value out again, so a stale handle
+    // cannot reach the object that took over its slot (Windows makes no such promise).
+    const HANDLE successor = ZoOS::CreateEventObject(true, false);
+    EXPECT_NE(successor, closed);
+    EXPECT_FALSE(ZoOS::SetEventObject(closed));
+    EXPECT_EQ(ZoOS::WaitForObject(successor, 0), ZoOS::sc_waitTimeout);
+    // An event is no thread.
+    EXPECT_EQ(ZoOS::SuspendThreadObject(successor), 0xFFFFFFFFu);
+    EXPECT_FALSE(ZoOS::TerminateThreadObject(successor, 1));
+    ZoOS::CloseObjectHandle(successor);
+#endif
+}
+
+TEST(ZoOSThreadConcurrentTest, AThreadOutlivesItsClosedHandleInADuplicate)
+{
+    std::atomic<int> ran{0};
+    uint32_t id = 0;
+    const HANDLE thread = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
+    ASSERT_NE(thread, nullptr);
+    const HANDLE duplicate = ZoOS::DuplicateObjectHandle(thread, false);
+    ASSERT_NE(duplicate, nullptr);
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(thread));
+    EXPECT_EQ(ZoOS::ResumeThreadObject(duplicate), 1u);
+    EXPECT_EQ(ZoOS::WaitForObject(duplicate, sc_longWaitMs), ZoOS::sc_waitObject0);
+    EXPECT_EQ(exitCodeOf(duplicate), 42u);
+    EXPECT_EQ(ran.load(), 1);
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(duplicate));
+}
+
+} // namespace
