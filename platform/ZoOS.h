@@ -245,3 +245,19 @@ ZO_API bool ControlFloatingPoint(uint32_t& current, uint32_t newControl, uint32_
 ZO_API uint32_t GetProcessorCount();
 
 } // namespace ZoOS
+
+namespace ZoOS {
+
+// ---- unique identifiers -----------------------------------------------------------------------
+// A new time-ordered (version 1) UUID as 36 characters, 8-4-4-4-12 hexadecimal digits with hyphens,
+// in whatever case the system writes them. False, with the last error set, when no identifier that
+// is unique beyond this machine can be made: on Windows when UuidCreateSequential reports anything
+// but plain success (a locally unique result included) or UuidToStringW fails; on POSIX when the
+// random source or the clock fails. Safe to call from any thread.
+// On POSIX the library makes the identifier itself: the time in 100-ns steps since 15 October 1582,
+// strictly increasing within the process, a random clock sequence and a random 47-bit node with the
+// multicast bit set (so it never equals a network card's address), both chosen once per process
+// (again in a child after fork) from the system's random source.
+ZO_API bool CreateSequentialUuidText(CString& text);
+
+} // namespace ZoOS

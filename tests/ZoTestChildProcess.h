@@ -1,0 +1,76 @@
+// Runs a test of this very program in a second process, for tests that need several processes at
+// once or a process restart. The child test is a disabled test (DISABLED_ prefix), so it runs only
+// when asked for; it reads its instructions from the environment variable ZO_TEST_CHILD, which the
+// parent sets before it starts children, and names any file it writes after its own process id.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#if defined(_WIN32)
+#include <process.h>
+#include <stdlib.h>
+#else
+#include <climits>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
+namespace zotest {
+
+inline std::string TestProgramPath()
+{
+#if defined(_WIN32)
+    char* path = nullptr;
+    _get_pgmptr(&path);
+    return path != nullptr ? path : "";
+#else
+    char path[PATH_MAX];
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
+    return length > 0 ? std::string(path, static_cast<size_t>(length)) : "";
+#endif
+}
+
+inline unsigned long CurrentProcessId()
+{
+#if defined(_WIN32)
+    return static_cast<unsigned long>(_getpid());
+#else
+    return static_cast<unsigned long>(getpid());
+#endif
+}
+
+// Null unless this process is a child started by RunChildTest.
+inline const char* ChildArgument()
+{
+    return std::getenv("ZO_TEST_CHILD");
+}
+
+// Sets what the next children read from ChildArgument(). Set it before starting any child thread.
+inline void SetChildArgument(const std::string& argument)
+{
+#if defined(_WIN32)
+    _putenv_s("ZO_TEST_CHILD", argument.c_str());
+#else
+    setenv("ZO_TEST_CHILD", argument.c_str(), 1);
+#endif
+}
+
+// Runs `test` ("Suite.DISABLED_Name") in a new process of this program, its output and report in
+// `logBase` + ".log" / ".xml"; blocks until it ends and returns its exit code (-1 when it could not
+// be started). Several may run at once from several threads.
+inline int RunChildTest(const std::string& test, const std::string& logBase)
+{
+    const std::string command = TestProgramPath() + " --gtest_also_run_disabled_tests --gtest_filter=" + test +
+                                " --gtest_output=xml:" + logBase + ".xml > " + logBase + ".log 2>&1";
+    const int status = std::system(command.c_str());
+#if defined(_WIN32)
+    return status;
+#else
+    return status != -1 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+#endif
+}
+
+} // namespace zotest

@@ -1,0 +1,96 @@
+#include "base/ZoException.h"
+#include "base/ZoUniqueID.h"
+
+#include "ZoTestChildProcess.h"
+#include "ZoTestSupport.h"
+
+#include <fstream>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+// Version-1 form: 8-4-4-4-12 upper-case hexadecimal digits, version digit 1, variant 10xx.
+void expectWellFormed(const std::string& id)
+{
+    ASSERT_EQ(id.size(), 36u) << id;
+    for (size_t i = 0; i < id.size(); ++i) {
+        if (i == 8 || i == 13 || i == 18 || i == 23)
+            EXPECT_EQ(id[i], '-') << id;
+        else
+            EXPECT_TRUE((id[i] >= '0' && id[i] <= '9') || (id[i] >= 'A' && id[i] <= 'F')) << id;
+    }
+    EXPECT_EQ(id[14], '1') << id;
+    EXPECT_NE(std::string("89AB").find(id[19]), std::string::npos) << id;
+}
+
+const int sc_perThread = 25000;
+
+std::vector<std::string> makeMany(int count)
+{
+    std::vector<std::string> ids;
+    ids.reserve(static_cast<size_t>(count));
+    for (int i = 0; i < count; ++i)
+        ids.push_back(ZoUniqueID::GetUniqueID().ToUtf8());
+    return ids;
+}
+
+TEST(ZoUniqueIDTest, ConcurrentThreadsGetDistinctWellFormedIdentifiers)
+{
+    std::vector<std::vector<std::string>> perThread(4);
+    std::vector<std::thread> threads;
+    for (auto& ids : perThread)
+        threads.emplace_back([&ids] { ids = makeMany(sc_perThread); });
+    for (auto& thread : threads)
+        thread.join();
+    std::set<std::string> all;
+    for (const auto& ids : perThread)
+        all.insert(ids.begin(), ids.end());
+    EXPECT_EQ(all.size(), 4u * sc_perThread);
+    expectWellFormed(*all.begin());
+    expectWellFormed(*all.rbegin());
+}
+
+// The child half of the test below: writes its identifiers to a file named after its process id.
+TEST(ZoUniqueIDTest, DISABLED_ChildWritesIdentifiers)
+{
+    ASSERT_NE(zotest::ChildArgument(), nullptr);
+    const std::string path = std::string(zotest::ChildArgument()) + "/ids-" + std::to_string(zotest::CurrentProcessId());
+    std::ofstream out(path);
+    for (const std::string& id : makeMany(sc_perThread))
+        out << id << '\n';
+}
+
+TEST(ZoUniqueIDTest, TwoProcessesAtOnceGetDistinctIdentifiers)
+{
+    zotest::TempFolder folder;
+    zotest::SetChildArgument(folder.Path());
+    std::vector<int> results(2, -1);
+    std::vector<std::thread> children;
+    for (int i = 0; i < 2; ++i)
+        children.emplace_back([&, i] {
+            results[i] = zotest::RunChildTest("ZoUniqueIDTest.DISABLED_ChildWritesIdentifiers",
+                                              folder.Path("child" + std::to_string(i)));
+        });
+    for (auto& child : children)
+        child.join();
+    ASSERT_EQ(results, std::vector<int>({0, 0}));
+    std::set<std::string> all;
+    size_t files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
+        if (entry.path().filename().string().rfind("ids-", 0) != 0)
+            continue;
+        ++files;
+        std::ifstream in(entry.path());
+        for (std::string line; std::getline(in, line);) {
+            expectWellFormed(line);
+            all.insert(line);
+        }
+    }
+    EXPECT_EQ(files, 2u);
+    EXPECT_EQ(all.size(), 2u * sc_perThread);
+}
+
+} // namespace
