@@ -9,7 +9,7 @@ ZoAttributeParameter::ZoAttributeParameter() : m_valid(true)
 // Built from the derived value, the counting base starts at 0: a clone made by name belongs to
 // whoever takes it, not to the holders of the source.
 ZoAttributeParameter::ZoAttributeParameter(const ZoAttributeParameter& other)
-    : ZoClassRTTI(other), ZoReferenceCountedClass<ZoAttributeParameter>(other), m_valid(other.m_valid)
+    : ZoReferenceCountedClass<ZoAttributeParameter>(other), ZoClassRTTI(other), m_valid(other.m_valid)
 {
 }
 

@@ -12,7 +12,8 @@
 
 #include <cstdint>
 
-class ZO_API ZoAttributeParameter : public ZoClassRTTI, public ZoReferenceCountedClass<ZoAttributeParameter>
+// The counting base comes first, so that the object it deletes starts at its own address.
+class ZO_API ZoAttributeParameter : public ZoReferenceCountedClass<ZoAttributeParameter>, public ZoClassRTTI
 {
     ZO_DECLARE_RTTI()
 

@@ -42,6 +42,7 @@ public:
 
 private:
     friend class ZoGraphConnectionList;
+    friend class ZoMpGraphToShortestPath;
 
     void init(ZoGraphNode* source, ZoGraphNode* target, float weight);
 

@@ -65,6 +65,7 @@ public:
 
 private:
     friend class ZoGraph;
+    friend class ZoMpGraphToShortestPath;
 
     uint32_t m_attributes;
     CString m_name;

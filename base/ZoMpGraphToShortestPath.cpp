@@ -15,6 +15,16 @@ const char16_t kSource[] = u"..\\base\\ZoMpGraphToShortestPath.cpp";
 const uint32_t kInHeap = 1;
 
 typedef ZoHeapElementSimple<ZoGraphNode*, float> Element;
+typedef ZoGraphConnectionList::Position Position;
+
+inline void prefetch(const void* address)
+{
+#if defined(__GNUC__)
+    __builtin_prefetch(address);
+#else
+    (void)address;
+#endif
+}
 } // namespace
 
 ZoMpGraphToShortestPath::ZoMpGraphToShortestPath()
@@ -78,25 +88,40 @@ int ZoMpGraphToShortestPath::compute()
         node->RemoveAttributes(kInHeap);
         if (node == m_end)
             break;
+        // The next node to leave the heap is most likely the new minimum: have its connection
+        // list on the way while this node's connections are relaxed.
+        if (!heap.IsEmpty()) {
+            const ZoGraphNode* next = heap.GetMinimum()->GetData();
+            prefetch(&next->m_outgoing);
+            prefetch(&next->m_weight);
+            prefetch(next->m_outgoing.GetHeadPosition());
+        }
         const float distance = node->GetWeight();
         const ZoGraphConnectionList& outgoing = node->GetOutgoingConnections();
-        for (ZoGraphConnectionList::Position position = outgoing.GetHeadPosition(); position != nullptr;) {
+        // The connections and their targets lie scattered over the heap. Asking for all of them
+        // before they are used lets the memory fetch them side by side instead of one at a time;
+        // on large graphs that is most of the search's time.
+        for (Position position = outgoing.GetHeadPosition(); position != nullptr;)
+            prefetch(outgoing.GetNext(position).Get());
+        for (Position position = outgoing.GetHeadPosition(); position != nullptr;)
+            prefetch(&outgoing.GetNext(position)->m_target->m_weight);
+        for (Position position = outgoing.GetHeadPosition(); position != nullptr;) {
             const ZoGraphConnection& connection = *outgoing.GetNext(position);
-            ZoGraphNode& target = const_cast<ZoGraphConnection&>(connection).GetNode(ZoGraphConnection::eTarget);
-            const float reached = distance + connection.GetWeight();
-            if (!(target.GetWeight() > reached))
+            ZoGraphNode& target = *connection.m_target;
+            const float reached = distance + connection.m_weight;
+            if (!(target.m_weight > reached))
                 continue;
-            target.SetWeight(reached);
-            const uint32_t index = target.GetIndex();
+            target.m_weight = reached;
+            const uint32_t index = target.m_index;
             predecessors[index] = node;
             Element* element = &elements[index];
-            if (target.IsAttributeSet(kInHeap)) {
+            if (target.m_attributes & kInHeap) {
                 heap.LowerKey(element, reached);
             } else {
                 element->SetKey(reached);
                 element->SetData(&target);
                 heap.Push(element);
-                target.AddAttributes(kInHeap);
+                target.m_attributes |= kInHeap;
             }
         }
     }
