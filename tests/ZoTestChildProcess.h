@@ -10,6 +10,8 @@
 #include <string>
 
 #if defined(_WIN32)
+#include "platform/ZoWindowsTypes.h"
+
 #include <process.h>
 #include <stdlib.h>
 #else
@@ -23,9 +25,9 @@ namespace zotest {
 inline std::string TestProgramPath()
 {
 #if defined(_WIN32)
-    char* path = nullptr;
-    _get_pgmptr(&path);
-    return path != nullptr ? path : "";
+    char path[MAX_PATH];
+    const DWORD length = ::GetModuleFileNameA(nullptr, path, MAX_PATH);
+    return length > 0 && length < MAX_PATH ? std::string(path, length) : "";
 #else
     char path[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
@@ -39,6 +41,17 @@ inline unsigned long CurrentProcessId()
     return static_cast<unsigned long>(_getpid());
 #else
     return static_cast<unsigned long>(getpid());
+#endif
+}
+
+// True when this Windows program runs under wine, whose system services sometimes differ.
+inline bool RunningUnderWine()
+{
+#if defined(_WIN32)
+    const HMODULE ntdll = ::GetModuleHandleA("ntdll.dll");
+    return ntdll != nullptr && ::GetProcAddress(ntdll, "wine_get_version") != nullptr;
+#else
+    return false;
 #endif
 }
 
