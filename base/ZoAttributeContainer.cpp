@@ -33,9 +33,12 @@ ZoAttributeContainer::ZoContainer::ZoContainer(uint32_t growFactor)
 // The byte array's own copy takes only GetCount() bytes, so the records are copied here in full and
 // the free records rebased onto the copy's block.
 ZoAttributeContainer::ZoContainer::ZoContainer(const ZoContainer& other)
-    : ZoArrayDynamicSize(), m_definitions(other.m_definitions), m_parameters(other.m_parameters),
-      m_freeAttributes(other.m_freeAttributes, 0), m_freeRecords(10)
+    : ZoArrayDynamicSize(), m_parameters(other.m_parameters), m_freeAttributes(other.m_freeAttributes, 0), m_freeRecords(10)
 {
+    // Definitions hold their offsets, so each container needs its own: a later repack of one copy
+    // must not move the other's attributes.
+    for (ZoAttributeDefinitionList::Position position = other.m_definitions.GetHeadPosition(); position != nullptr;)
+        m_definitions.AddTail(ZoSmartPointer<ZoAttributeDefinition>(new ZoAttributeDefinition(*other.m_definitions.GetNext(position))));
     SetGrowFactor(other.GetGrowFactor());
     SetElementSize(other.GetElementSize(), 0);
     SetElementCount(other.GetCount(), 0);

@@ -10,8 +10,9 @@
 // container rebases its own free list that way.
 //
 // Invariant: every live record holds a constructed instance of every placed attribute; released
-// records hold none, so placing or removing an attribute leaves them alone. Container numbers are
-// not range-checked. Not synchronised.
+// records hold none, so placing or removing an attribute leaves them alone. Destruction frees the
+// records without tearing their attributes down: call ReleaseAllElements first for attribute kinds
+// that own resources. Container numbers are not range-checked. Not synchronised.
 #pragma once
 
 #include "base/ZoArray.h"
@@ -60,8 +61,8 @@ public:
 
     // Throws ZoExceptionContainer (line 38) for a zero container count or grow factor.
     ZoAttributeContainer(uint32_t containerCount, uint32_t growFactor);
-    // Copies every container's records byte for byte; the definitions are shared with `other` (they
-    // describe the same layout).
+    // Copies every container's records byte for byte (attributes are not copied by their own
+    // means) with copies of the definitions; parameters are shared with `other`.
     ZoAttributeContainer(const ZoAttributeContainer& other);
     ZoAttributeContainer& operator=(const ZoAttributeContainer& other);
     virtual ~ZoAttributeContainer();

@@ -123,20 +123,30 @@ TEST(ZoAttributeContainerTest, HolesAreFilledBestFitAndTheRemainderStaysAHole)
     EXPECT_EQ(container.getElementSize(0), 20u);
     const size_t movesBefore = container.moves.size();
 
-    // Holes 8@0, 4@8, 4@12: a 4-byte attribute takes the first 4-byte hole exactly.
+    auto holesOf = [](const ZoAttributeContainer& of) {
+        std::vector<std::pair<uint32_t, uint32_t>> holes;
+        for (auto position = of.GetFreeAttributes(0).GetHeadPosition(); position != nullptr;) {
+            const auto& hole = of.GetFreeAttributes(0).GetNext(position);
+            holes.emplace_back(hole.offset, hole.size);
+        }
+        return holes;
+    };
+    // Holes 8@0, 4@8, 4@12: a 2-byte attribute takes the first of the two smallest holes that fit
+    // and leaves its remainder there (tried on a copy, which has the same layout).
+    ZoAttributeContainer copy(container);
+    Definition early2 = plain(2, 8);
+    copy.Assert(0, 0, early2);
+    EXPECT_EQ(indexOf(early2), 8u);
+    EXPECT_EQ(holesOf(copy), (std::vector<std::pair<uint32_t, uint32_t>>{{0, 8}, {10, 2}, {12, 4}}));
+    // A 4-byte attribute takes the first 4-byte hole exactly.
     Definition x4 = plain(4, 5);
     container.Assert(0, 0, x4);
     EXPECT_EQ(indexOf(x4), 8u);
-    // A 2-byte one takes the smallest hole that fits (4@12) and leaves 2@14.
+    // Now a 2-byte one takes the one hole of 4 left and leaves 2@14.
     Definition y2 = plain(2, 6);
     container.Assert(0, 0, y2);
     EXPECT_EQ(indexOf(y2), 12u);
-    std::vector<std::pair<uint32_t, uint32_t>> holes;
-    for (auto position = container.GetFreeAttributes(0).GetHeadPosition(); position != nullptr;) {
-        const auto& hole = container.GetFreeAttributes(0).GetNext(position);
-        holes.emplace_back(hole.offset, hole.size);
-    }
-    EXPECT_EQ(holes, (std::vector<std::pair<uint32_t, uint32_t>>{{0, 8}, {14, 2}}));
+    EXPECT_EQ(holesOf(container), (std::vector<std::pair<uint32_t, uint32_t>>{{0, 8}, {14, 2}}));
     // Reusing holes moves no record.
     EXPECT_EQ(container.moves.size(), movesBefore);
     EXPECT_EQ(container.getElementSize(0), 20u);
