@@ -1,0 +1,14 @@
+// ZoMpAlgorithm: an intermediate base of the algorithm frame; it adds nothing to ZoAlgorithm but
+// its place in the type registry, so that callers can tell its family of algorithms apart.
+#pragma once
+
+#include "base/ZoAlgorithm.h"
+#include "platform/ZoExport.h"
+
+class ZO_API ZoMpAlgorithm : public ZoAlgorithm
+{
+    ZO_DECLARE_RTTI()
+
+    ZoMpAlgorithm() = default;
+    ~ZoMpAlgorithm() override;
+};

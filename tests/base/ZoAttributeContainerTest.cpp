@@ -1,0 +1,379 @@
+#include "base/ZoAttributeContainer.h"
+#include "base/ZoConstructorDefault.h"
+#include "base/ZoExceptionContainer.h"
+#include "base/ZoExceptionWrongFileVersion.h"
+#include "base/ZoStreamReadBinaryMemory.h"
+#include "base/ZoStreamWriteBinaryMemory.h"
+#include "ZoContainerTestSupport.h"
+#include "ZoTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <map>
+#include <random>
+#include <set>
+#include <vector>
+
+namespace {
+
+typedef ZoSmartPointer<ZoAttributeDefinition> Definition;
+
+Definition plain(uint32_t size, uint32_t id)
+{
+    return Definition(new ZoAttributeDefinition(size, id, nullptr, nullptr, 0));
+}
+
+// A counting attribute kind: the constructor writes a fresh serial number into the attribute's
+// first four bytes, the destructor must find a live one there. Moves and repacks carry the numbers
+// along, so a lost, doubled or misplaced construction shows up as an unknown or leftover number.
+struct Counting
+{
+    std::set<uint32_t> live;
+    uint32_t serial = 0;
+    int badDestructions = 0;
+    std::vector<unsigned char*> destroyedAt;
+};
+
+class CountingConstructor : public ZoConstructor
+{
+public:
+    explicit CountingConstructor(Counting& counting) : m_counting(counting) {}
+    void Init(unsigned char* memory, uint32_t) const override
+    {
+        const uint32_t id = ++m_counting.serial;
+        std::memcpy(memory, &id, 4);
+        m_counting.live.insert(id);
+    }
+
+private:
+    Counting& m_counting;
+};
+
+class CountingDestructor : public ZoDestructor
+{
+public:
+    explicit CountingDestructor(Counting& counting) : m_counting(counting) {}
+    void Destroy(unsigned char* memory, uint32_t) const override
+    {
+        uint32_t id = 0;
+        std::memcpy(&id, memory, 4);
+        m_counting.destroyedAt.push_back(memory);
+        if (m_counting.live.erase(id) != 1)
+            ++m_counting.badDestructions;
+    }
+
+private:
+    Counting& m_counting;
+};
+
+Definition counted(Counting& counting, uint32_t size, uint32_t id)
+{
+    return Definition(new ZoAttributeDefinition(size, id, new CountingConstructor(counting), new CountingDestructor(counting), 1));
+}
+
+// Records every hook call and rebases the record addresses the test holds, as a real holder does.
+class Recording : public ZoAttributeContainer
+{
+public:
+    explicit Recording(uint32_t containers = 1, uint32_t growFactor = 4) : ZoAttributeContainer(containers, growFactor) {}
+
+    struct Move
+    {
+        uint32_t c, oldSize, newSize;
+        ZoSmartPointer<ZoMemoryBlock> oldBlock, newBlock;
+    };
+    std::vector<Move> moves;
+    std::vector<uint32_t> created, emptied;
+    std::vector<unsigned char*> records;
+    // The bytes of every held record as they were just before each move.
+    std::vector<std::vector<unsigned char>> bytesBefore;
+
+protected:
+    void onElementsMoved(uint32_t c, uint32_t oldSize, const ZoSmartPointer<ZoMemoryBlock>& oldBlock, uint32_t newSize,
+                         const ZoSmartPointer<ZoMemoryBlock>& newBlock) override
+    {
+        moves.push_back({c, oldSize, newSize, oldBlock, newBlock});
+        const unsigned char* oldBase = oldBlock.IsNull() ? nullptr : oldBlock->GetData();
+        for (unsigned char*& record : records)
+            record = newBlock->GetData() + (record - oldBase) / oldSize * newSize;
+    }
+    void onElementsCreated(uint32_t c, uint32_t, const ZoSmartPointer<ZoMemoryBlock>&) override { created.push_back(c); }
+    void onContainerEmptied(uint32_t c) override { emptied.push_back(c); }
+};
+
+uint32_t indexOf(const Definition& definition)
+{
+    return definition->GetIndex();
+}
+
+TEST(ZoAttributeContainerTest, HolesAreFilledBestFitAndTheRemainderStaysAHole)
+{
+    Recording container;
+    Definition a8 = plain(8, 1), b4 = plain(4, 2), c4 = plain(4, 3), d4 = plain(4, 4);
+    for (const Definition& definition : {a8, b4, c4, d4})
+        container.Assert(0, 3, definition);
+    EXPECT_EQ(container.getElementSize(0), 20u);
+    EXPECT_EQ(container.created, std::vector<uint32_t>{0});
+    EXPECT_EQ(container.GetCount(0), 3u);
+    container.Destroy(a8, 1);
+    container.Destroy(b4, 1);
+    container.Destroy(c4, 1);
+    EXPECT_FALSE(a8->Exists());
+    EXPECT_EQ(container.getElementSize(0), 20u);
+    const size_t movesBefore = container.moves.size();
+
+    auto holesOf = [](const ZoAttributeContainer& of) {
+        std::vector<std::pair<uint32_t, uint32_t>> holes;
+        for (auto position = of.GetFreeAttributes(0).GetHeadPosition(); position != nullptr;) {
+            const auto& hole = of.GetFreeAttributes(0).GetNext(position);
+            holes.emplace_back(hole.offset, hole.size);
+        }
+        return holes;
+    };
+    // Holes 8@0, 4@8, 4@12: a 2-byte attribute takes the first of the two smallest holes that fit
+    // and leaves its remainder there (tried on a copy, which has the same layout).
+    ZoAttributeContainer copy(container);
+    Definition early2 = plain(2, 8);
+    copy.Assert(0, 0, early2);
+    EXPECT_EQ(indexOf(early2), 8u);
+    EXPECT_EQ(holesOf(copy), (std::vector<std::pair<uint32_t, uint32_t>>{{0, 8}, {10, 2}, {12, 4}}));
+    // A 4-byte attribute takes the first 4-byte hole exactly.
+    Definition x4 = plain(4, 5);
+    container.Assert(0, 0, x4);
+    EXPECT_EQ(indexOf(x4), 8u);
+    // Now a 2-byte one takes the one hole of 4 left and leaves 2@14.
+    Definition y2 = plain(2, 6);
+    container.Assert(0, 0, y2);
+    EXPECT_EQ(indexOf(y2), 12u);
+    EXPECT_EQ(holesOf(container), (std::vector<std::pair<uint32_t, uint32_t>>{{0, 8}, {14, 2}}));
+    // Reusing holes moves no record.
+    EXPECT_EQ(container.moves.size(), movesBefore);
+    EXPECT_EQ(container.getElementSize(0), 20u);
+    EXPECT_EQ(container.GetAttributeDefinition(0, 6), y2);
+
+    // One that fits no hole repacks: the holes close and the record is the definitions' bytes.
+    Definition z16 = plain(16, 7);
+    container.Assert(0, 0, z16);
+    EXPECT_EQ(container.moves.size(), movesBefore + 1);
+    EXPECT_EQ(indexOf(d4), 0u);
+    EXPECT_EQ(indexOf(x4), 4u);
+    EXPECT_EQ(indexOf(y2), 8u);
+    EXPECT_EQ(indexOf(z16), 10u);
+    EXPECT_EQ(container.getElementSize(0), 26u);
+    EXPECT_TRUE(container.GetFreeAttributes(0).IsEmpty());
+
+    try {
+        container.GetAttributeDefinition(0, 1);
+        FAIL() << "no exception";
+    } catch (const ZoExceptionContainer& e) {
+        EXPECT_EQ(e.GetCodeLine(), 1011u);
+        EXPECT_EQ(e.GetThrowingMethodName(), CString(u"GetAttributeDefinition"));
+    }
+    for (const auto& arguments : {std::pair<uint32_t, uint32_t>{0, 1}, {1, 0}}) {
+        try {
+            ZoAttributeContainer bad(arguments.first, arguments.second);
+            FAIL() << "no exception";
+        } catch (const ZoExceptionContainer& e) {
+            EXPECT_EQ(e.GetCodeLine(), 38u);
+            EXPECT_EQ(e.GetThrowingMethodName(), CString(u"_ZoAttributeContainer"));
+            EXPECT_EQ(e.GetFileName(), CString(u"..\\base\\ZoAttributeContainer.cpp"));
+        }
+    }
+}
+
+TEST(ZoAttributeContainerTest, ListsFillHolesSmallestFirstAndEnlargeOnceForTheRest)
+{
+    Recording container;
+    Definition a4 = plain(4, 1), b2 = plain(2, 2), keep = plain(4, 3);
+    container.Assert(0, 2, a4);
+    container.Assert(0, 2, b2);
+    container.Assert(0, 2, keep);
+    container.Destroy(a4, 1); // hole 4@0
+    container.Destroy(b2, 1); // hole 2@4
+    const size_t movesBefore = container.moves.size();
+    ZoAttributeDefinitionList list;
+    Definition big = plain(8, 10), one = plain(1, 11), two = plain(2, 12), three = plain(3, 13);
+    for (const Definition& definition : {big, three, one, two})
+        list.AddTail(definition);
+    container.Assert(0, 0, list);
+    // Sorted 1, 2, 3, 8: 1 takes the 2-byte hole (smaller fit), 2 the 4-byte hole, 3 fits no
+    // hole left (2@2 remains), so 3 and 8 come after one enlargement.
+    std::vector<uint32_t> order;
+    for (auto position = list.GetHeadPosition(); position != nullptr;)
+        order.push_back(list.GetNext(position)->GetElementSize());
+    EXPECT_EQ(order, (std::vector<uint32_t>{1, 2, 3, 8}));
+    EXPECT_EQ(container.moves.size(), movesBefore + 1);
+    EXPECT_EQ(container.GetAttributeCount(0), 5u);
+    EXPECT_EQ(container.getElementSize(0), 4u + 1 + 2 + 3 + 8);
+    EXPECT_EQ(list.GetTotalSize(), 14u);
+    EXPECT_EQ(list.GetNumSerializableItems(), 0u);
+    std::set<uint32_t> bytes;
+    for (const Definition& definition : {keep, one, two, three, big})
+        for (uint32_t i = 0; i < definition->GetElementSize(); ++i)
+            EXPECT_TRUE(bytes.insert(indexOf(definition) + i).second) << "overlap at " << indexOf(definition) + i;
+}
+
+TEST(ZoAttributeContainerTest, MovesCarryOldAndNewBlocksAndReleasedRecordsAreReusedLastFirst)
+{
+    Recording container(2, 2);
+    Definition value = Definition(new ZoAttributeDefinition(4, 1, new ZoConstructorDefault(), nullptr, 0));
+    Definition other = plain(4, 2);
+    container.Assert(1, 0, value);
+    for (uint32_t i = 0; i < 7; ++i) {
+        container.records.push_back(container.CreateElement(1));
+        const uint32_t stored = 100 + i;
+        std::memcpy(container.GetData(container.records.back(), *value), &stored, 4);
+    }
+    ASSERT_FALSE(container.moves.empty());
+    for (const Recording::Move& move : container.moves) {
+        EXPECT_EQ(move.c, 1u);
+        ASSERT_FALSE(move.newBlock.IsNull());
+    }
+    // Enlarging copies each record into a new block; the old block still holds the old records.
+    const size_t movesBefore = container.moves.size();
+    container.Assert(1, 0, other);
+    ASSERT_EQ(container.moves.size(), movesBefore + 1);
+    const Recording::Move& move = container.moves.back();
+    EXPECT_EQ(move.oldSize, 4u);
+    EXPECT_EQ(move.newSize, 8u);
+    EXPECT_NE(move.oldBlock.Get(), move.newBlock.Get());
+    for (uint32_t i = 0; i < 7; ++i) {
+        uint32_t before = 0, after = 0;
+        std::memcpy(&before, move.oldBlock->GetData() + 4 * i, 4);
+        std::memcpy(&after, container.GetData(container.records[i], *value), 4);
+        EXPECT_EQ(before, 100 + i);
+        EXPECT_EQ(after, 100 + i);
+    }
+    EXPECT_TRUE(container.emptied.empty());
+
+    container.ReleaseElement(1, container.records[2]);
+    container.ReleaseElement(1, container.records[5]);
+    EXPECT_EQ(container.GetCount(1), 5u);
+    // A move while records are free rebases the free list too.
+    container.SetMemoryElementCount(1, 40);
+    EXPECT_EQ(container.CreateElement(1), container.records[5]);
+    EXPECT_EQ(container.CreateElement(1), container.records[2]);
+    uint32_t zeroed = 1;
+    std::memcpy(&zeroed, container.GetData(container.records[2], *value), 4);
+    EXPECT_EQ(zeroed, 0u);
+    EXPECT_EQ(container.GetCount(0), 0u);
+
+    // The last attribute removed without a hole: record size 0, no records, the emptied hook.
+    container.Destroy(other, 0);
+    container.Destroy(value, 0);
+    EXPECT_EQ(container.getElementSize(1), 0u);
+    EXPECT_EQ(container.emptied, std::vector<uint32_t>{1});
+    EXPECT_EQ(container.CreateElement(1), nullptr);
+}
+
+TEST(ZoAttributeContainerTest, EveryConstructedAttributeIsDestroyedOnce)
+{
+    const unsigned seed = zotest::ModelTestSeed();
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    Counting counting;
+    {
+        Recording container(1, 3);
+        std::vector<Definition> placed, unplaced;
+        for (uint32_t id = 0; id < 8; ++id)
+            unplaced.push_back(id % 3 == 0 ? plain(2 + id % 5, id) : counted(counting, 4 * (1 + id % 3), id));
+        uint32_t live = 0;
+        for (int step = 0; step < 400; ++step) {
+            switch (random() % 6) {
+            case 0:
+                if (!unplaced.empty()) {
+                    const size_t pick = random() % unplaced.size();
+                    container.Assert(0, random() % 3, unplaced[pick]);
+                    placed.push_back(unplaced[pick]);
+                    unplaced.erase(unplaced.begin() + pick);
+                    live = container.GetCount(0);
+                }
+                break;
+            case 1:
+                if (!placed.empty()) {
+                    const size_t pick = random() % placed.size();
+                    container.Destroy(placed[pick], random() % 2);
+                    unplaced.push_back(placed[pick]);
+                    placed.erase(placed.begin() + pick);
+                    live = container.GetCount(0);
+                }
+                break;
+            case 2:
+            case 3:
+                if (container.CreateElement(0) != nullptr)
+                    ++live;
+                break;
+            case 4:
+                container.SetMemoryElementCount(0, random() % 20);
+                break;
+            default:
+                if (random() % 4 == 0) {
+                    container.ReleaseAllElements(0);
+                    live = 0;
+                }
+                break;
+            }
+            ASSERT_EQ(container.GetCount(0), live);
+            ASSERT_EQ(counting.badDestructions, 0) << "step " << step;
+            uint32_t countedPlaced = 0;
+            for (const Definition& definition : placed)
+                countedPlaced += definition->GetConstructor().IsNull() ? 0 : 1;
+            ASSERT_EQ(counting.live.size(), size_t(live) * countedPlaced) << "step " << step;
+        }
+        container.ReleaseAllElements(0);
+    }
+    EXPECT_TRUE(counting.live.empty());
+    EXPECT_EQ(counting.badDestructions, 0);
+}
+
+TEST(ZoAttributeContainerTest, ReleaseElementHandsEveryDestructorTheRecordStart)
+{
+    Counting counting;
+    ZoAttributeContainer container(1, 10);
+    Definition first = counted(counting, 4, 1), second = counted(counting, 4, 2);
+    container.Assert(0, 0, first);
+    container.Assert(0, 0, second);
+    unsigned char* record = container.CreateElement(0);
+    counting.destroyedAt.clear();
+    container.ReleaseElement(0, record);
+    EXPECT_EQ(counting.destroyedAt, (std::vector<unsigned char*>{record, record}));
+}
+
+TEST(ZoAttributeContainerTest, ParametersAndCopies)
+{
+    EXPECT_NE(ZoRTTI::Find(u"ZoAttributeParameter"), nullptr);
+    ZoAttributeParameter parameter;
+    EXPECT_TRUE(parameter.IsValid());
+    EXPECT_EQ(parameter.GetMemoryUsage(), 40u);
+    ZoStreamWriteBinaryMemory written;
+    parameter.Serialize(written);
+    EXPECT_EQ(written.GetBuffer(), zotest::Bytes({0, 0, 0, 0}));
+    const unsigned char newer[] = {1, 0, 0, 0};
+    ZoStreamReadBinaryMemory reader(newer, sizeof(newer));
+    EXPECT_THROW(parameter.Serialize(reader), ZoExceptionWrongFileVersion);
+
+    ZoAttributeContainer container(1, 10);
+    Definition value = plain(4, 9);
+    container.Assert(0, 0, value);
+    ASSERT_FALSE(container.GetAttributeParameter(*value).IsNull());
+    ZoSmartPointer<ZoAttributeParameter> own(new ZoAttributeParameter());
+    container.SetAttributeParameter(*value, own);
+    EXPECT_EQ(container.GetAttributeParameter(*value), own);
+
+    unsigned char* record = container.CreateElement(0);
+    std::memcpy(record, "abcd", 4);
+    container.ReleaseElement(0, container.CreateElement(0));
+    const ZoAttributeContainer copy(container);
+    EXPECT_EQ(copy.GetCount(0), 1u);
+    EXPECT_EQ(copy.getElementSize(0), 4u);
+    ZoAttributeContainer assigned(3, 1);
+    assigned = copy;
+    EXPECT_EQ(assigned.GetContainerCount(), 1u);
+    unsigned char* reused = assigned.CreateElement(0);
+    ASSERT_NE(reused, nullptr);
+    EXPECT_EQ(assigned.GetCount(0), 2u);
+    container.Copy(0, record, container.CreateElement(0));
+}
+
+} // namespace

@@ -1,0 +1,246 @@
+#include "base/ZoClassSerialization.h"
+#include "base/ZoExceptionNoOutputData.h"
+#include "base/ZoFtAlgorithm.h"
+#include "base/ZoMpGraphToShortestPath.h"
+#include "platform/ZoOS.h"
+#include "ZoContainerTestSupport.h"
+#include "ZoTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <queue>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Edge
+{
+    uint32_t target;
+    float weight;
+};
+
+// The trusted model: a plain Dijkstra over an adjacency list, run to the end.
+std::vector<float> plainDijkstra(const std::vector<std::vector<Edge>>& adjacency, uint32_t start)
+{
+    const float unreached = std::numeric_limits<float>::max();
+    std::vector<float> distance(adjacency.size(), unreached);
+    typedef std::pair<float, uint32_t> Entry;
+    std::priority_queue<Entry, std::vector<Entry>, std::greater<Entry>> queue;
+    distance[start] = 0.0f;
+    queue.push({0.0f, start});
+    while (!queue.empty()) {
+        const Entry top = queue.top();
+        queue.pop();
+        if (top.first > distance[top.second])
+            continue;
+        for (const Edge& edge : adjacency[top.second])
+            if (top.first + edge.weight < distance[edge.target]) {
+                distance[edge.target] = top.first + edge.weight;
+                queue.push({distance[edge.target], edge.target});
+            }
+    }
+    return distance;
+}
+
+std::vector<ZoGraphNode*> buildGraph(ZoGraph& graph, const std::vector<std::vector<Edge>>& adjacency)
+{
+    std::vector<ZoGraphNode*> nodes;
+    for (size_t i = 0; i < adjacency.size(); ++i) {
+        nodes.push_back(new ZoGraphNode(CString(std::to_string(i))));
+        graph.InsertNode(nodes.back());
+    }
+    for (size_t i = 0; i < adjacency.size(); ++i)
+        for (const Edge& edge : adjacency[i])
+            nodes[i]->AddConnection(*nodes[edge.target], edge.weight);
+    return nodes;
+}
+
+std::string pathNames(const ZoMpGraphToShortestPath& search)
+{
+    std::string names;
+    for (ZoGraphPathIterator it = search.GetOutput(); it.HasMoreElements();)
+        names += it.GetNext().GetName().ToUtf8();
+    return names;
+}
+
+TEST(ZoMpGraphToShortestPathTest, AgreesWithAPlainDijkstraOnRandomGraphs)
+{
+    const unsigned seed = zotest::ModelTestSeed();
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    const float unreached = ZoGraphNode::GetInitialWeight();
+    int unreachable = 0, found = 0;
+    for (int round = 0; round < 400; ++round) {
+        const uint32_t count = 1 + random() % 30;
+        std::vector<std::vector<Edge>> adjacency(count);
+        const uint32_t edges = random() % (count * 3 + 1);
+        for (uint32_t k = 0; k < edges; ++k)
+            // Small whole weights, zero included, so that sums are exact and ties are common.
+            adjacency[random() % count].push_back({static_cast<uint32_t>(random() % count), static_cast<float>(random() % 4)});
+        ZoGraph graph;
+        const std::vector<ZoGraphNode*> nodes = buildGraph(graph, adjacency);
+        const uint32_t start = random() % count, end = random() % count;
+        const std::vector<float> expected = plainDijkstra(adjacency, start);
+
+        ZoMpGraphToShortestPath search;
+        search.SetInput(graph, *nodes[start], *nodes[end]);
+        const int computed = search.Compute();
+        ASSERT_EQ(computed, expected[end] != unreached ? 1 : 0) << "round " << round;
+        ASSERT_EQ(nodes[end]->GetWeight(), expected[end]) << "round " << round;
+        if (!computed) {
+            ++unreachable;
+            EXPECT_THROW(search.GetOutput(), ZoExceptionNoOutputData);
+            // The search ran dry: every node has its final distance, unreached ones the initial weight.
+            for (uint32_t i = 0; i < count; ++i)
+                ASSERT_EQ(nodes[i]->GetWeight(), expected[i]) << "round " << round << " node " << i;
+            continue;
+        }
+        ++found;
+        // The path runs from start to end along real connections, each node at its distance.
+        std::vector<ZoGraphNode*> path;
+        for (ZoGraphPathIterator it = search.GetOutput(); it.HasMoreElements();)
+            path.push_back(&it.GetNext());
+        ASSERT_EQ(path.front(), nodes[start]);
+        ASSERT_EQ(path.back(), nodes[end]);
+        for (size_t k = 0; k < path.size(); ++k) {
+            ASSERT_EQ(path[k]->GetWeight(), expected[path[k]->GetIndex()]) << "round " << round;
+            if (k == 0)
+                continue;
+            bool connected = false;
+            for (const Edge& edge : adjacency[path[k - 1]->GetIndex()])
+                connected = connected || (edge.target == path[k]->GetIndex() && path[k - 1]->GetWeight() + edge.weight == path[k]->GetWeight());
+            ASSERT_TRUE(connected) << "round " << round << " step " << k;
+        }
+        EXPECT_EQ(path.size() == 1, start == end);
+    }
+    EXPECT_GT(unreachable, 0);
+    EXPECT_GT(found, 0);
+}
+
+TEST(ZoMpGraphToShortestPathTest, TiesKeepTheFirstPredecessorAndResultsAreReused)
+{
+    for (const bool aFirst : {true, false}) {
+        ZoGraph graph;
+        // Nodes s, a, b, t: s->a and s->b weigh the same, and so do a->t and b->t.
+        const std::vector<ZoGraphNode*> n = buildGraph(graph, {{}, {{3, 1.0f}}, {{3, 1.0f}}, {}});
+        n[0]->AddConnection(*n[aFirst ? 1 : 2], 1.0f);
+        n[0]->AddConnection(*n[aFirst ? 2 : 1], 1.0f);
+        ZoMpGraphToShortestPath search;
+        search.SetInput(graph, *n[0], *n[3]);
+        ASSERT_EQ(search.Compute(), 1);
+        EXPECT_EQ(pathNames(search), aFirst ? "013" : "023");
+        EXPECT_EQ(n[3]->GetWeight(), 2.0f);
+        // A second Compute without SetInput does not search again.
+        n[3]->SetWeight(9.0f);
+        EXPECT_EQ(search.Compute(), 1);
+        EXPECT_EQ(n[3]->GetWeight(), 9.0f);
+        search.SetInput(graph, *n[3], *n[3]);
+        EXPECT_EQ(search.IsCalculated(), 0);
+        EXPECT_EQ(search.Compute(), 1);
+        EXPECT_EQ(pathNames(search), "3");
+    }
+
+    ZoMpGraphToShortestPath empty;
+    EXPECT_EQ(empty.IsComputable(), 0);
+    EXPECT_EQ(empty.Compute(), 0);
+    try {
+        empty.GetOutput();
+        FAIL() << "no exception";
+    } catch (const ZoExceptionNoOutputData& e) {
+        EXPECT_EQ(e.GetCodeLine(), 203u);
+        EXPECT_EQ(e.GetThrowingMethodName(), CString(u"GetOutput"));
+        EXPECT_EQ(e.GetThrowingClassName(), CString(u"ZoMpGraphToShortestPath"));
+        EXPECT_EQ(e.GetFileName(), CString(u"..\\base\\ZoMpGraphToShortestPath.cpp"));
+    }
+    EXPECT_TRUE(empty.IsKindOf(ZoMpAlgorithm::RTTI));
+    EXPECT_TRUE(empty.IsKindOf(ZoUnitTest::RTTI));
+    EXPECT_FALSE(empty.IsKindOf(ZoFtAlgorithm::RTTI));
+}
+
+#if defined(_WIN32)
+const char kTemporaryVariable[] = "TMP";
+void setVariable(const char* name, const std::string& value)
+{
+    _putenv_s(name, value.c_str());
+}
+#else
+const char kTemporaryVariable[] = "TMPDIR";
+void setVariable(const char* name, const std::string& value)
+{
+    if (value.empty())
+        unsetenv(name);
+    else
+        setenv(name, value.c_str(), 1);
+}
+#endif
+
+// Points the system's temporary folder, and with it special folder 11, into a test folder.
+class TemporaryFolderOverride
+{
+public:
+    explicit TemporaryFolderOverride(const std::string& path)
+        : m_previous(std::getenv(kTemporaryVariable) != nullptr ? std::getenv(kTemporaryVariable) : "")
+    {
+        setVariable(kTemporaryVariable, path);
+    }
+    ~TemporaryFolderOverride() { setVariable(kTemporaryVariable, m_previous); }
+
+private:
+    std::string m_previous;
+};
+
+TEST(ZoMpGraphToShortestPathTest, RecordingsReplayAndNeverStopTheComputation)
+{
+    zotest::TempFolder folder;
+    TemporaryFolderOverride temporary(folder.Path());
+    ZoGraph graph;
+    const std::vector<ZoGraphNode*> n = buildGraph(graph, {{{1, 2.0f}, {2, 5.0f}}, {{2, 1.0f}}, {}});
+    ZoMpGraphToShortestPath search;
+    search.SetFlags(ZoAlgorithm::eRecordUnitTest);
+    search.SetInput(graph, *n[0], *n[2]);
+    search.SetUniqueID(u"case");
+    ASSERT_EQ(search.Compute(), 1);
+    const std::string recording = folder.Path("Halvo/ZoMpGraphToShortestPath/case.dat");
+    ASSERT_TRUE(std::filesystem::exists(recording));
+    // The identifier was used once: the next recording gets a fresh one.
+    search.SetInput(graph, *n[0], *n[1]);
+    ASSERT_EQ(search.Compute(), 1);
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Path("Halvo/ZoMpGraphToShortestPath"))) {
+        ++files;
+        if (entry.path().filename() != "case.dat") {
+            EXPECT_EQ(entry.path().stem().string().size(), 36u);
+        }
+    }
+    EXPECT_EQ(files, 2);
+
+    // Replaying the first recording reproduces its path; a recorded path that no longer matches fails.
+    ZoMpGraphToShortestPath replay;
+    EXPECT_EQ(replay.RunUnitTest(CString(recording)), ZoUnitTest::eResultSucceeded);
+    EXPECT_EQ(replay.IsComputable(), 0);
+    std::vector<unsigned char> bytes = zotest::ReadBytes(recording);
+    bytes[bytes.size() - 4] = 1; // the end of the recorded path: node 1 instead of 2
+    zotest::WriteBytes(recording, bytes);
+    EXPECT_EQ(replay.RunUnitTest(CString(recording)), ZoUnitTest::eResultFailed);
+    bytes.resize(bytes.size() / 2);
+    zotest::WriteBytes(recording, bytes);
+    EXPECT_EQ(replay.RunUnitTest(CString(recording)), ZoUnitTest::eResultError);
+    EXPECT_EQ(replay.RunUnitTest(CString(folder.Path("missing.dat"))), ZoUnitTest::eResultError);
+
+    // A file where the recording folder should be: nothing is recorded, the result is the same.
+    zotest::TempFolder blocked;
+    TemporaryFolderOverride blockedTemporary(blocked.Path());
+    std::ofstream(blocked.Path("Halvo")) << "not a folder";
+    search.SetInput(graph, *n[0], *n[2]);
+    EXPECT_EQ(search.Compute(), 1);
+    EXPECT_EQ(pathNames(search), "012");
+    EXPECT_FALSE(std::filesystem::is_directory(blocked.Path("Halvo")));
+}
+
+} // namespace
