@@ -65,6 +65,9 @@ void CArchive::Write(const void* buffer, uint32_t count)
         throw CArchiveException(CArchiveException::readOnly, m_file != nullptr ? m_file->GetFilePath() : CString());
     if (m_file == nullptr)
         throw CArchiveException(CArchiveException::genericException);
+    // Nothing to copy: an empty caller's buffer may be a null pointer.
+    if (count == 0)
+        return;
     const auto* source = static_cast<const unsigned char*>(buffer);
     if (count >= m_buffer.size()) {
         Flush();

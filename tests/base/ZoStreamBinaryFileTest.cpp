@@ -261,6 +261,10 @@ uint32_t readStringFromPipe(void* argument)
 
 TEST(ZoStreamBinaryFileConcurrentTest, AThreadTerminatedWhileReadingAPipeEndsAndTheProcessGoesOn)
 {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the address sanitizer cannot follow an unwind that starts in the cancellation signal "
+                    "of a blocked read; the default and thread-sanitizer builds run this test";
+#endif
     zotest::TempFolder folder;
     const std::string path = folder.Path("pipe");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
