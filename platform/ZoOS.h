@@ -285,10 +285,6 @@ ZO_API void CloseFolderListing(FolderListing listing);
 // Whether `name` matches `pattern` as the POSIX listing matches ('*', '?', everything else exactly).
 ZO_API bool MatchesWildcard(const CString& name, const CString& pattern);
 
-} // namespace ZoOS
-
-namespace ZoOS {
-
 // ---- unique identifiers -----------------------------------------------------------------------
 // A new time-ordered (version 1) UUID as 36 characters, 8-4-4-4-12 hexadecimal digits with hyphens,
 // in whatever case the system writes them. False, with the last error set, when no identifier that
@@ -300,10 +296,6 @@ namespace ZoOS {
 // multicast bit set (so it never equals a network card's address), both chosen once per process
 // (again in a child after fork) from the system's random source.
 ZO_API bool CreateSequentialUuidText(CString& text);
-
-} // namespace ZoOS
-
-namespace ZoOS {
 
 // ---- persistent options -----------------------------------------------------------------------
 // The registry (Windows) or the per-user options database (POSIX: $XDG_CONFIG_HOME/zo/options.sqlite,
@@ -321,13 +313,10 @@ ZO_API bool ReadOptionValue(uint32_t root, const CString& key, const CString& na
 ZO_API bool WriteOptionValue(uint32_t root, const CString& key, const CString& name, uint32_t type,
                              const void* data, uint32_t size);
 
-} // namespace ZoOS
-
 // ---- date and time ----------------------------------------------------------------------------
 // Calendar fields are SYSTEMTIME values; ticks are 100-nanosecond steps since 1 January 1601 UTC
 // (the FILETIME count). Local time is the current time zone of the process: the Win32 time-zone
 // calls on Windows, the C library's rules (TZ, /etc/localtime) through localtime_r/mktime elsewhere.
-namespace ZoOS {
 
 // The present moment in UTC.
 ZO_API void GetCurrentUniversalTime(SYSTEMTIME& universal);
