@@ -81,7 +81,9 @@ TEST(CStringTest, AnsiIsWindows1252BothWays)
     EXPECT_EQ(text[1], 0x20AC);
     EXPECT_EQ(text[2], 0xE9);
     EXPECT_EQ(text[3], 0x178);
-    EXPECT_EQ(text[4], 0x81); // undefined in the code page, kept as the control of the same value
+    // The five bytes the code page leaves undefined are kept as the controls of the same value.
+    for (const unsigned char undefined : {0x81, 0x8D, 0x8F, 0x90, 0x9D})
+        EXPECT_EQ(CString::FromAnsi(reinterpret_cast<const char*>(&undefined), 1)[0], undefined);
     EXPECT_EQ(text.ToAnsi(), std::string(bytes, 5));
     EXPECT_EQ(CString(u"\u4E2D!").ToAnsi(), "?!");
 }
