@@ -212,6 +212,7 @@ TEST(ZoStreamBinaryFileTest, OpeningAndClosingFailuresNameTheirSite)
 
     ZoStreamWriteBinaryFile out(folder.CPath("closed.bin"));
     out.Close();
+    EXPECT_EQ(out.GetFilename(), CString());
     // The writer's failure names the reader class, as logs of earlier releases do.
     expectStreamError([&] { out << 1; }, "ZoStreamReadBinaryFile", "write", 190);
 }
