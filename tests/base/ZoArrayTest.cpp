@@ -146,6 +146,8 @@ TEST(ZoArrayTest, ByteArraySerializesInTheVersionedFormAndReadsTheOlderOne)
                                           static_cast<unsigned char>(0xC3));
     const std::vector<unsigned char> bytes = serialized(three);
     EXPECT_EQ(bytes, Bytes({0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 3, 0, 0, 0, 1, 0, 0, 0, 0xA1, 0xB2, 0xC3}));
+    EXPECT_EQ(serialized(ZoArray<unsigned char, 0>(1, static_cast<unsigned char>(0x5A))),
+              Bytes({0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 0x5A}));
 
     ZoArray<unsigned char, 0> read(7);
     ZoStreamReadBinaryMemory in(bytes);
@@ -309,8 +311,10 @@ TEST(ZoArrayTest, DynamicSizeArraysWorkInWholeElements)
     EXPECT_EQ(reserved.GetCount(), 2u);
 
     // Changing the size keeps each element's leading bytes, in place of whole elements.
-    ZoArrayDynamicSize narrowed(records);
+    const ZoArrayDynamicSize copied(records);
+    ZoArrayDynamicSize narrowed(reserved);
     narrowed = records;
+    EXPECT_TRUE(narrowed == copied);
     records.SetElementSize(2, 1);
     EXPECT_EQ(records[1][0], 0x10);
     EXPECT_EQ(records[1][1], 0x11);
@@ -321,6 +325,11 @@ TEST(ZoArrayTest, DynamicSizeArraysWorkInWholeElements)
     records.Reset();
     for (uint32_t b = 0; b < 5; ++b)
         EXPECT_EQ(records[2][b], 0) << b;
+    ZoArrayDynamicSize single(1, 2);
+    single[0][0] = 7;
+    single[0][1] = 8;
+    single.SetElementSize(3, 1);
+    EXPECT_TRUE(single[0][0] == 7 && single[0][1] == 8) << "a single element keeps its bytes too";
 
     // The established copy takes count bytes, not count elements; the rest of the copy is zero.
     EXPECT_EQ(narrowed.GetCount(), 3u);
