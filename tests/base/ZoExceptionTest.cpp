@@ -82,15 +82,11 @@ TEST(ZoExceptionTest, EachSubclassNamesItselfExceptTheStreamAndVersionOnes)
                   std::string("EXCEPTION: ") + name + "\n");
         EXPECT_EQ(exception.GetExceptionType(), 0xFFFFFFFFu);
     }
-}
-
-TEST(ZoExceptionTest, SubclassesAreCaughtByTheirOwnType)
-{
     EXPECT_THROW(throw ZoExceptionWrongFileVersion(u"f", u"c", u"m", 2), ZoExceptionWrongFileVersion);
     EXPECT_THROW(throw ZoExceptionPreconditionViolation(u"f", u"c", u"m", 2), ZoException);
 }
 
-TEST(ZoExceptionTest, HeaderOmitsWhatIsUnknown)
+TEST(ZoExceptionTest, ReportPiecesOmitWhatIsUnknown)
 {
     const ReportingException e(u"", u"", u"", 0xFFFFFFFFu);
     EXPECT_EQ(e.Header(1).ToUtf8(), std::string(kFrame) + "EXCEPTION: ZoException\n");
@@ -98,20 +94,13 @@ TEST(ZoExceptionTest, HeaderOmitsWhatIsUnknown)
     // An exception whose name was given empty says only that it is one.
     const ReportingException unnamed(u"", u"", u"", 0xFFFFFFFFu, CString());
     EXPECT_EQ(unnamed.Header(0).ToUtf8(), "ZoException\n");
-}
-
-TEST(ZoExceptionTest, FooterClosesAParenthesisItNeverOpenedWhenTheLineIsUnknown)
-{
+    // The footer closes a parenthesis it never opened when the line is unknown.
     EXPECT_EQ(ReportingException(u"a.cpp", u"", u"", 0xFFFFFFFFu).Footer(0).ToUtf8(), "a.cpp)\n");
     EXPECT_EQ(ReportingException(u"a.cpp", u"", u"", 12).Footer(0).ToUtf8(), "a.cpp(12) : Stelle im Code\n");
     EXPECT_EQ(ReportingException(u"a.cpp", u"", u"", 12).Footer(1).ToUtf8(),
               "\na.cpp(12) : Stelle im Code\n" + std::string(kFrame));
     EXPECT_EQ(ReportingException(u"", u"", u"", 12).Footer(1).ToUtf8(), kFrame);
     EXPECT_EQ(ReportingException(u"", u"", u"", 12).Footer(0).ToUtf8(), "");
-}
-
-TEST(ZoExceptionTest, WhereUsesTheCompilerMessagePrefix)
-{
     EXPECT_EQ(ZoException(u"a", u"", u"", 7).Where().ToUtf8(), "a(7):");
     // An unknown line is the all-ones word printed with %d.
     EXPECT_EQ(ZoException(u"a", u"", u"", 0xFFFFFFFFu).Where().ToUtf8(), "a(-1):");

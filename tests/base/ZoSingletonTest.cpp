@@ -49,13 +49,21 @@ private:
 };
 int Failing::s_attempts = 0;
 
-TEST(ZoSingletonTest, MadeOnFirstUseAndOnlyOnce)
+TEST(ZoSingletonTest, MadeOnFirstUseOnceVisibleToItsConstructorAndRetriedAfterAThrow)
 {
     EXPECT_FALSE(ZoSingleton<Lazy>::HasInstance());
     Lazy& first = Lazy::GetInstance();
     EXPECT_TRUE(Lazy::HasInstance());
     EXPECT_EQ(&first, &Lazy::GetInstance());
     EXPECT_EQ(Lazy::s_made.load(), 1);
+    SelfAware& instance = SelfAware::GetInstance();
+    EXPECT_EQ(instance.seenDuringConstruction, &instance);
+    // A throwing constructor leaves no instance, and the next call tries again.
+    EXPECT_THROW(Failing::GetInstance(), std::runtime_error);
+    EXPECT_FALSE(Failing::HasInstance());
+    EXPECT_NO_THROW(Failing::GetInstance());
+    EXPECT_TRUE(Failing::HasInstance());
+    EXPECT_EQ(Failing::s_attempts, 2);
 }
 
 class Disposable : public ZoSingleton<Disposable>
@@ -87,21 +95,6 @@ TEST(ZoSingletonTest, TheInstanceIsDestroyedAtExit)
             std::exit(0);
         },
         testing::ExitedWithCode(0), "Disposable destroyed");
-}
-
-TEST(ZoSingletonTest, InstanceIsVisibleToItsOwnConstructor)
-{
-    SelfAware& instance = SelfAware::GetInstance();
-    EXPECT_EQ(instance.seenDuringConstruction, &instance);
-}
-
-TEST(ZoSingletonTest, AThrowingConstructorLeavesNoInstanceAndALaterCallRetries)
-{
-    EXPECT_THROW(Failing::GetInstance(), std::runtime_error);
-    EXPECT_FALSE(Failing::HasInstance());
-    EXPECT_NO_THROW(Failing::GetInstance());
-    EXPECT_TRUE(Failing::HasInstance());
-    EXPECT_EQ(Failing::s_attempts, 2);
 }
 
 class Raced : public ZoSingleton<Raced>

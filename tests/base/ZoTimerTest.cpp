@@ -21,36 +21,25 @@ void advance(int64_t ticks)
     g_fakeTicks += ticks;
 }
 
-// Counters over the fake clock: in microseconds, in nanoseconds, and in milliseconds like a machine
-// without a performance counter.
-const ZoPerformanceCounter& microsecondCounter()
+// A counter over the fake clock at `frequency` ticks a second: a million for microseconds, a
+// billion for nanoseconds, a thousand like a machine without a performance counter.
+template <int64_t frequency>
+const ZoPerformanceCounter& counter()
 {
-    static const ZoPerformanceCounter counter(&fakeTicks, 1000000);
-    return counter;
-}
-
-const ZoPerformanceCounter& nanosecondCounter()
-{
-    static const ZoPerformanceCounter counter(&fakeTicks, 1000000000);
-    return counter;
-}
-
-const ZoPerformanceCounter& millisecondCounter()
-{
-    static const ZoPerformanceCounter counter(&fakeTicks, 1000);
-    return counter;
+    static const ZoPerformanceCounter instance(&fakeTicks, frequency);
+    return instance;
 }
 
 TEST(ZoTimerTest, ProcessCounterIsMonotonic)
 {
-    ZoPerformanceCounter& counter = ZoPerformanceCounter::GetInstance();
+    ZoPerformanceCounter& process = ZoPerformanceCounter::GetInstance();
 #if !defined(_WIN32)
-    EXPECT_EQ(counter.GetFrequency(), 1000000000);
+    EXPECT_EQ(process.GetFrequency(), 1000000000);
 #endif
-    EXPECT_GT(counter.GetFrequency(), 0);
-    int64_t previous = counter.GetTicks();
+    EXPECT_GT(process.GetFrequency(), 0);
+    int64_t previous = process.GetTicks();
     for (int i = 0; i < 1000; ++i) {
-        const int64_t now = counter.GetTicks();
+        const int64_t now = process.GetTicks();
         ASSERT_GE(now, previous);
         previous = now;
     }
@@ -58,7 +47,7 @@ TEST(ZoTimerTest, ProcessCounterIsMonotonic)
 
 TEST(ZoTimerTest, ElapsedTimeStopAndResolution)
 {
-    ZoTimer timer(microsecondCounter());
+    ZoTimer timer(counter<1000000>());
     timer.Start();
     advance(1500000);
     EXPECT_EQ(timer.GetElapsedTime(), 1500);
@@ -70,13 +59,13 @@ TEST(ZoTimerTest, ElapsedTimeStopAndResolution)
     EXPECT_EQ(timer.GetElapsedTime(), 1500) << "a stopped timer stands still";
 
     // Nanosecond results over hours of nanosecond ticks: the intermediate product must not overflow.
-    ZoTimer longRun(nanosecondCounter());
+    ZoTimer longRun(counter<1000000000>());
     longRun.SetResolution(ZoTimer::eNanoseconds);
     longRun.Start();
     advance(int64_t(3600) * 1000000000);
     EXPECT_EQ(longRun.GetElapsedTime(), int64_t(3600) * 1000000000);
 
-    ZoTimer millisecondTimer(millisecondCounter());
+    ZoTimer millisecondTimer(counter<1000>());
     millisecondTimer.Start();
     advance(42);
     millisecondTimer.SetResolution(ZoTimer::eMicroseconds);
@@ -85,7 +74,7 @@ TEST(ZoTimerTest, ElapsedTimeStopAndResolution)
 
 TEST(ZoTimerTest, BreakAndResumeCutTheBreakOut)
 {
-    ZoTimer timer(microsecondCounter());
+    ZoTimer timer(counter<1000000>());
     timer.Start();
     advance(100000);
     timer.Break();
@@ -114,7 +103,7 @@ TEST(ZoTimerTest, BreakAndResumeCutTheBreakOut)
 
 TEST(ZoTimerTest, SubtractMovesTheStartBack)
 {
-    ZoTimer timer(microsecondCounter());
+    ZoTimer timer(counter<1000000>());
     timer.Start();
     advance(500000);
     timer.Subtract(120);
@@ -135,7 +124,7 @@ TEST(ZoTimerTest, SubtractMovesTheStartBack)
 
 TEST(ZoTimerTest, PauseIntervalFreezesDuringABreak)
 {
-    ZoTimer timer(microsecondCounter());
+    ZoTimer timer(counter<1000000>());
     EXPECT_FALSE(timer.IsPause()) << "no interval started";
     timer.Start();
     timer.StartPause(500);
@@ -154,7 +143,7 @@ TEST(ZoTimerTest, PauseIntervalFreezesDuringABreak)
     timer.Stop();
     EXPECT_FALSE(timer.IsPause()) << "a stopped timer has no pause";
 
-    ZoTimer coarse(millisecondCounter());
+    ZoTimer coarse(counter<1000>());
     coarse.Start();
     coarse.StartPause(10);
     advance(9);

@@ -33,31 +33,18 @@ TEST(ZoCompressZIPTest, EmptyInputFitsTwelveBytesAsAValidStream)
 }
 
 // Random bytes do not compress: deflate falls back to stored blocks, its worst case, which must
-// still fit 12 + trunc(1.1 * size) bytes for every size, small ones above all.
-TEST(ZoCompressZIPTest, IncompressibleInputFitsTheCapacityAndRoundTrips)
+// still fit 12 + trunc(1.1 * size) bytes for every size, small ones above all. Mixed data shrinks.
+TEST(ZoCompressZIPTest, RandomDataFitsTheCapacityMixedDataShrinksAndBothRoundTrip)
 {
-    for (uint32_t size : {1u, 2u, 11u, 12u, 13u, 100u, 16383u, 16384u, 65537u, 1000000u}) {
+    for (uint32_t size : {0u, 1u, 2u, 11u, 12u, 13u, 100u, 16383u, 16384u, 65537u, 1000000u, 10u * 1024 * 1024}) {
         SCOPED_TRACE(size);
-        const Bytes data = CodecTest::RandomBytes(size, size);
+        const bool random = size != 0 && size < 10u * 1024 * 1024;
+        const Bytes data = random ? CodecTest::RandomBytes(size, size) : CodecTest::MixedBytes(size, 7);
         const Bytes packed = CompressZIP(data);
         EXPECT_LE(packed.size(), 12 + static_cast<size_t>(std::trunc(size * 1.1)));
-
-        ZoDecompressZIP decompressor;
-        ASSERT_EQ(decompressor.Decompress(packed.data(), static_cast<uint32_t>(packed.size()), size), 1);
-        EXPECT_EQ(CodecTest::Copy(decompressor.GetOutputBuffer(), decompressor.GetOutputSize()), data);
-    }
-}
-
-TEST(ZoCompressZIPTest, MixedDataRoundTrips)
-{
-    for (uint32_t size : {0u, 1u, 10u * 1024 * 1024}) {
-        SCOPED_TRACE(size);
-        const Bytes data = CodecTest::MixedBytes(size, 7);
-        const Bytes packed = CompressZIP(data);
-        if (size > 1) {
+        if (!random && size > 1) {
             EXPECT_LT(packed.size(), data.size());
         }
-
         // An exact size, and a generous one: the output size is what was produced.
         for (uint32_t room : {size, size + 100}) {
             if (room == 0)
