@@ -36,7 +36,6 @@ int ZoAlgorithm::Init()
 
 CString ZoAlgorithm::recordingPath()
 {
-    const CString separator(ZoOS::GetPathSeparator(), 1);
     CString id;
     if (!m_uniqueId.IsEmpty()) {
         id = m_uniqueId;
@@ -44,12 +43,7 @@ CString ZoAlgorithm::recordingPath()
     } else {
         id = ZoUniqueID::GetUniqueID();
     }
-    // The special folder already ends in the separator; a second one would only make the path
-    // longer (and some file systems refuse the empty name between them).
-    CString folder = ZoClassSerialization::GetDirectory(ZoClassSerialization::eHalvo);
-    if (folder.IsEmpty() || folder[folder.GetLength() - 1] != separator[0])
-        folder += separator;
-    return folder + GetClassNameW() + separator + id + CString(u".dat");
+    return GetRecordingFolder(GetClassNameW()) + id + CString(u".dat");
 }
 
 int ZoAlgorithm::Compute()

@@ -228,6 +228,10 @@ TEST(ZoMpGraphToShortestPathTest, RecordingsReplayAndNeverStopTheComputation)
     bytes[bytes.size() - 4] = 1; // the end of the recorded path: node 1 instead of 2
     zotest::WriteBytes(recording, bytes);
     EXPECT_EQ(replay.RunUnitTest(CString(recording)), ZoUnitTest::eResultFailed);
+    // By default the harness replays the class's own recording folder.
+    ZoUnitTest::Summary summary = replay.RunRecordedUnitTests();
+    EXPECT_EQ(summary.counts[ZoUnitTest::eResultSucceeded], 1u);
+    EXPECT_EQ(summary.counts[ZoUnitTest::eResultFailed], 1u);
     bytes.resize(bytes.size() / 2);
     zotest::WriteBytes(recording, bytes);
     EXPECT_EQ(replay.RunUnitTest(CString(recording)), ZoUnitTest::eResultError);
