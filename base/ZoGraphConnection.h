@@ -1,9 +1,3 @@
-// ZoGraphConnection: one directed, weighted edge of a ZoGraph. A connection sits in its source
-// node's outgoing list and its target node's incoming list at once and remembers its position in
-// both, so that it is removed from both in constant time. It is reference counted: the two lists
-// own it jointly, and a caller's handle keeps it alive after removal.
-//
-// The comparison operators compare weights only; they order the connection lists.
 #pragma once
 
 #include "base/ZoReferenceCountedClass.h"
@@ -14,6 +8,13 @@
 
 class ZoGraphNode;
 
+/// ZoGraphConnection: one directed, weighted edge of a ZoGraph. A connection sits in its source
+/// node's outgoing list and its target node's incoming list at once and remembers its position in
+/// both, so that it is removed from both in constant time. It is reference counted: the two lists
+/// own it jointly, and a caller's handle keeps it alive after removal.
+///
+/// The comparison operators compare weights only; they order the connection lists.
+/// @ingroup graphs
 class ZO_API ZoGraphConnection : public ZoReferenceCountedClass<ZoGraphConnection>
 {
 public:
@@ -23,17 +24,17 @@ public:
         eTarget = 1,
     };
 
-    // No nodes, weight 0.
+    /// No nodes, weight 0.
     ZoGraphConnection();
     ZoGraphConnection(ZoGraphNode& source, ZoGraphNode& target);
     ZoGraphConnection(ZoGraphNode& source, ZoGraphNode& target, float weight);
     ~ZoGraphConnection() override;
 
-    // Requires: the connection has that end (not checked for a default-made connection).
+    /// Requires: the connection has that end (not checked for a default-made connection).
     ZoGraphNode& GetNode(ENodeType type) { return *(type == eSource ? m_source : m_target); }
     const ZoGraphNode& GetNode(ENodeType type) const { return *(type == eSource ? m_source : m_target); }
     float GetWeight() const { return m_weight; }
-    // Does not reorder the lists that hold the connection (ZoGraphConnectionList::Sort does).
+    /// Does not reorder the lists that hold the connection (ZoGraphConnectionList::Sort does).
     void SetWeight(float weight) { m_weight = weight; }
 
     bool operator==(ZoSmartPointer<ZoGraphConnection> other) const { return m_weight == other->m_weight; }
@@ -51,6 +52,6 @@ private:
     ZoGraphNode* m_source;
     ZoGraphNode* m_target;
     float m_weight;
-    // Not used by the graph; kept for the layout the class has always had.
+    /// Not used by the graph; kept for the layout the class has always had.
     uint64_t m_reserved;
 };

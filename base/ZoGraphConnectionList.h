@@ -1,7 +1,3 @@
-// ZoGraphConnectionList: a node's outgoing or incoming connections, kept in ascending order of
-// weight (a new connection goes after those of equal weight). Adding and removing always work on
-// both lists a connection belongs to, its source's outgoing and its target's incoming list, whatever
-// list the call is made on; removal uses the positions stored in the connection (no search).
 #pragma once
 
 #include "base/ZoGraphConnection.h"
@@ -11,6 +7,11 @@
 
 #include <cstdint>
 
+/// ZoGraphConnectionList: a node's outgoing or incoming connections, kept in ascending order of
+/// weight (a new connection goes after those of equal weight). Adding and removing always work on
+/// both lists a connection belongs to, its source's outgoing and its target's incoming list, whatever
+/// list the call is made on; removal uses the positions stored in the connection (no search).
+/// @ingroup graphs
 class ZO_API ZoGraphConnectionList
 {
 public:
@@ -18,20 +19,20 @@ public:
     typedef List::Position Position;
 
     ZoGraphConnectionList();
-    // Holds the same connections (handles are shared, not copied); positions stored in the
-    // connections keep naming the source lists.
+    /// Holds the same connections (handles are shared, not copied); positions stored in the
+    /// connections keep naming the source lists.
     ZoGraphConnectionList(const ZoGraphConnectionList& other);
     ZoGraphConnectionList& operator=(const ZoGraphConnectionList& other);
     virtual ~ZoGraphConnectionList();
 
-    // Inserts into the source's outgoing and the target's incoming list.
+    /// Inserts into the source's outgoing and the target's incoming list.
     void AddConnection(ZoSmartPointer<ZoGraphConnection> connection);
-    // Removes from the source's outgoing and the target's incoming list at the stored positions.
-    // Requires: the connection is in both lists (not checked).
+    /// Removes from the source's outgoing and the target's incoming list at the stored positions.
+    /// Requires: the connection is in both lists (not checked).
     void RemoveConnection(ZoSmartPointer<ZoGraphConnection> connection);
-    // Removes every connection of this list from both of its lists.
+    /// Removes every connection of this list from both of its lists.
     void RemoveAllConnections();
-    // Restores ascending weight order after weights were changed (stable).
+    /// Restores ascending weight order after weights were changed (stable).
     void Sort();
 
     uint32_t GetCount() const { return m_list.GetCount(); }
@@ -40,7 +41,7 @@ public:
     const ZoSmartPointer<ZoGraphConnection>& GetHead() const { return m_list.GetHead(); }
     const ZoSmartPointer<ZoGraphConnection>& GetNext(Position& position) const { return m_list.GetNext(position); }
 
-    // -1 when the second weighs more, +1 when the first does, else 0.
+    /// -1 when the second weighs more, +1 when the first does, else 0.
     static int CompareWeights(const ZoSmartPointer<ZoGraphConnection>& first, const ZoSmartPointer<ZoGraphConnection>& second);
 
 private:

@@ -1,12 +1,13 @@
-// ZoGraphPathIterator: walks a path that an algorithm left in the nodes' path links, forward from
-// the start node along the next links or backward from the end node along the previous links. The
-// walk ends where the links end; the node at the other end is not a stop mark.
 #pragma once
 
 #include "base/ZoGraphNode.h"
 #include "base/ZoIterator.h"
 #include "platform/ZoExport.h"
 
+/// ZoGraphPathIterator: walks a path that an algorithm left in the nodes' path links, forward from
+/// the start node along the next links or backward from the end node along the previous links. The
+/// walk ends where the links end; the node at the other end is not a stop mark.
+/// @ingroup graphs
 class ZO_API ZoGraphPathIterator : public ZoIterator<ZoGraphNode&, ZoGraphPathIterator>
 {
 public:
@@ -21,7 +22,7 @@ public:
     {
     }
 
-    // Requires: HasMoreElements(). The current node; moves along the links of the direction.
+    /// Requires: HasMoreElements(). The current node; moves along the links of the direction.
     ZoGraphNode& GetNext()
     {
         ZoGraphNode* current = static_cast<ZoGraphNode*>(m_position);
@@ -30,7 +31,7 @@ public:
     }
     int HasMoreElements() const { return m_position != nullptr; }
     void Restart() { m_position = m_direction == eBackward ? m_end : m_start; }
-    // Only stores the direction; Restart applies it.
+    /// Only stores the direction; Restart applies it.
     void SetDirection(EDirection direction) { m_direction = direction; }
     EDirection GetDirection() const { return m_direction; }
 

@@ -1,12 +1,13 @@
-// ZoHeapElementSimple<T, Key>: an element of a ZoHeap: a key, a payload (a node pointer in the
-// shortest-path search) and the element's current position in the heap, which the heap keeps up to
-// date on every move so that a key can be lowered without a search.
 #pragma once
 
 #include "platform/ZoExport.h"
 
 #include <cstdint>
 
+/// ZoHeapElementSimple<T, Key>: an element of a ZoHeap: a key, a payload (a node pointer in the
+/// shortest-path search) and the element's current position in the heap, which the heap keeps up to
+/// date on every move so that a key can be lowered without a search.
+/// @ingroup containers
 template <class T, class Key>
 class ZO_TEMPLATE_API ZoHeapElementSimple
 {

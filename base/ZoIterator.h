@@ -1,27 +1,28 @@
-// ZoIterator<Ref, Derived>: the small base of the library's iterators (graph nodes, graph paths,
-// connections, files found). It holds the current position, null once the iterator is exhausted;
-// the derived class supplies GetNext(), which returns the current element (as Ref) and advances.
-//
-//     for (MyIterator it(list); it; ++it) ...     // or: while (!!it) use(it++);
 #pragma once
 
 #include "platform/ZoExport.h"
 
+/// ZoIterator<Ref, Derived>: the small base of the library's iterators (graph nodes, graph paths,
+/// connections, files found). It holds the current position, null once the iterator is exhausted;
+/// the derived class supplies GetNext(), which returns the current element (as Ref) and advances.
+///
+///     for (MyIterator it(list); it; ++it) ...     // or: while (!!it) use(it++);
+/// @ingroup containers
 template <class Ref, class Derived>
 class ZO_TEMPLATE_API ZoIterator
 {
 public:
-    // Nonzero when the iterator is exhausted.
+    /// Nonzero when the iterator is exhausted.
     int operator!() const { return m_position == nullptr; }
-    // Nonzero while there is a current element.
+    /// Nonzero while there is a current element.
     operator int() const { return m_position != nullptr; }
-    // Advances; returns the iterator.
+    /// Advances; returns the iterator.
     Derived& operator++()
     {
         static_cast<Derived*>(this)->GetNext();
         return *static_cast<Derived*>(this);
     }
-    // Advances; returns the element that was current.
+    /// Advances; returns the element that was current.
     Ref operator++(int) { return static_cast<Derived*>(this)->GetNext(); }
 
     void* GetPosition() const { return m_position; }

@@ -1,15 +1,3 @@
-// ZoListBase<T, flags>: the bottom layer of the library's linked list. It holds what every list has
-// (the count, the head and tail nodes and the node pool) and makes and frees nodes; the layers above
-// it (ring policy, ZoListBaseIntermediate, ZoListPolicyDoubleLinked, ZoList) add the operations.
-// No layer has virtual operations, so a list costs no more than its four fields and the ring flag.
-//
-// Nodes never come from the heap one by one: they come from a ZoPlexManager, held by reference
-// count and possibly shared by several lists (lists built from one another, or all the lists of a
-// ZoArrayOfLists). Lists that share a pool are used from one thread at a time.
-//
-// Positions are opaque untyped pointers: a position is the node itself, null means none (or the
-// end). Positions stay valid until their node is removed; operations that move nodes between lists
-// keep them valid in the receiving list.
 #pragma once
 
 #include "base/ZoNodeLinked.h"
@@ -21,6 +9,19 @@
 #include <new>
 #include <utility>
 
+/// ZoListBase<T, flags>: the bottom layer of the library's linked list. It holds what every list has
+/// (the count, the head and tail nodes and the node pool) and makes and frees nodes; the layers above
+/// it (ring policy, ZoListBaseIntermediate, ZoListPolicyDoubleLinked, ZoList) add the operations.
+/// No layer has virtual operations, so a list costs no more than its four fields and the ring flag.
+///
+/// Nodes never come from the heap one by one: they come from a ZoPlexManager, held by reference
+/// count and possibly shared by several lists (lists built from one another, or all the lists of a
+/// ZoArrayOfLists). Lists that share a pool are used from one thread at a time.
+///
+/// Positions are opaque untyped pointers: a position is the node itself, null means none (or the
+/// end). Positions stay valid until their node is removed; operations that move nodes between lists
+/// keep them valid in the receiving list.
+/// @ingroup containers
 template <class T, int Flags>
 class ZO_TEMPLATE_API ZoListBase
 {
@@ -46,9 +47,9 @@ protected:
 
     static Node* toNode(Position position) { return static_cast<Node*>(position); }
 
-    // A node from the pool holding an element made from `args`, not yet linked. A pool that can hand
-    // out nothing (0 nodes per block, or the heap exhausted) throws std::bad_alloc rather than
-    // leaving the list with a null node.
+    /// A node from the pool holding an element made from `args`, not yet linked. A pool that can hand
+    /// out nothing (0 nodes per block, or the heap exhausted) throws std::bad_alloc rather than
+    /// leaving the list with a null node.
     template <class... Args>
     Node* newNode(Args&&... args)
     {
@@ -63,7 +64,7 @@ protected:
         }
         return node;
     }
-    // Destroys the element and gives the node back to this list's pool.
+    /// Destroys the element and gives the node back to this list's pool.
     void freeNode(Node* node)
     {
         node->~Node();
@@ -71,7 +72,7 @@ protected:
     }
     static void setNext(Node* node, Node* next) { node->next = next; }
     static void setPrev(Node* node, Node* prev) { node->prev = prev; }
-    // Exchanges the pool reference only; nodes stay where they are. For empty lists.
+    /// Exchanges the pool reference only; nodes stay where they are. For empty lists.
     void replacePlexManager(ZoSmartPointer<PlexManager> plexManager) { m_plexManager = std::move(plexManager); }
 
     uint32_t m_count;

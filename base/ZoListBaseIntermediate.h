@@ -1,17 +1,3 @@
-// ZoListBaseIntermediate<T, flags>: the list layer that adds and removes at the head, inserts after
-// a position, walks forwards and splices another list onto the tail. The ring policy below it is
-// chosen by the flags: 0x02 closeable (ZoListPolicyCloseable), otherwise never closed
-// (ZoListPolicyNotCloseable). Every operation keeps a closed list's ring linked.
-//
-// Preconditions are the caller's and are not checked: element access and removal need a non-empty
-// list, and positions must belong to this list. The one check is SetTailPosition's, which throws.
-//
-// Splicing a list whose nodes come from another pool must leave every node owned by a pool that
-// outlives it. When the donor's pool serves no other holder it is merged into this list's pool (the
-// donor keeps an empty pool); when it does and this list's pool does not, this list's pool is merged
-// into the donor's and this list adopts it; when both pools are shared the elements are copied into
-// this list's pool instead and the donor's nodes freed, so positions into the donor do not carry over
-// in that case only.
 #pragma once
 
 #include "base/ZoException.h"
@@ -26,6 +12,21 @@ template <class T, int Flags>
 using ZoListRingPolicy =
     std::conditional_t<(Flags & 0x02) != 0, ZoListPolicyCloseable<T, Flags>, ZoListPolicyNotCloseable<T, Flags>>;
 
+/// ZoListBaseIntermediate<T, flags>: the list layer that adds and removes at the head, inserts after
+/// a position, walks forwards and splices another list onto the tail. The ring policy below it is
+/// chosen by the flags: 0x02 closeable (ZoListPolicyCloseable), otherwise never closed
+/// (ZoListPolicyNotCloseable). Every operation keeps a closed list's ring linked.
+///
+/// Preconditions are the caller's and are not checked: element access and removal need a non-empty
+/// list, and positions must belong to this list. The one check is SetTailPosition's, which throws.
+///
+/// Splicing a list whose nodes come from another pool must leave every node owned by a pool that
+/// outlives it. When the donor's pool serves no other holder it is merged into this list's pool (the
+/// donor keeps an empty pool); when it does and this list's pool does not, this list's pool is merged
+/// into the donor's and this list adopts it; when both pools are shared the elements are copied into
+/// this list's pool instead and the donor's nodes freed, so positions into the donor do not carry over
+/// in that case only.
+/// @ingroup containers
 template <class T, int Flags>
 class ZO_TEMPLATE_API ZoListBaseIntermediate : public ZoListRingPolicy<T, Flags>
 {
@@ -36,14 +37,14 @@ public:
     typedef typename Base::PlexManager PlexManager;
     typedef typename Base::Position Position;
 
-    // Requires: the list is not empty (not checked).
+    /// Requires: the list is not empty (not checked).
     T& GetHead() { return this->m_head->element; }
     const T& GetHead() const { return this->m_head->element; }
     T& GetTail() { return this->m_tail->element; }
     const T& GetTail() const { return this->m_tail->element; }
 
-    // The element at `position`; moves `position` to the next node (null after the tail of an open
-    // list, the head again in a ring).
+    /// The element at `position`; moves `position` to the next node (null after the tail of an open
+    /// list, the head again in a ring).
     T& GetNext(Position& position)
     {
         Node* node = this->toNode(position);
@@ -59,7 +60,7 @@ public:
     Position GetNextPosition(Position position) const { return this->toNode(position)->next; }
     T& GetAt(Position position) { return this->toNode(position)->element; }
     const T& GetAt(Position position) const { return this->toNode(position)->element; }
-    // The element of the node after `position`; requires that there is one.
+    /// The element of the node after `position`; requires that there is one.
     T& GetAfter(Position position) { return this->toNode(position)->next->element; }
     const T& GetAfter(Position position) const { return this->toNode(position)->next->element; }
 
@@ -67,7 +68,7 @@ public:
     T& AddHead() { return linkNode(nullptr, this->newNode())->element; }
     T& AddTail(const T& value) { return linkNode(this->m_tail, this->newNode(value))->element; }
     T& AddTail() { return linkNode(this->m_tail, this->newNode())->element; }
-    // A null position appends at the tail.
+    /// A null position appends at the tail.
     T& InsertAfter(Position position, const T& value)
     {
         return linkNode(position != nullptr ? this->toNode(position) : this->m_tail, this->newNode(value))->element;
@@ -77,9 +78,9 @@ public:
         return linkNode(position != nullptr ? this->toNode(position) : this->m_tail, this->newNode())->element;
     }
 
-    // Requires: the list is not empty (not checked).
+    /// Requires: the list is not empty (not checked).
     void RemoveHead() { unlinkAndFree(this->m_head); }
-    // Frees the nodes from head to tail, so the tail's node is the next one the pool hands out.
+    /// Frees the nodes from head to tail, so the tail's node is the next one the pool hands out.
     void RemoveAll()
     {
         Node* node = this->m_head;
@@ -93,11 +94,11 @@ public:
         this->m_count = 0;
     }
 
-    // Splices all of `other`'s nodes after the tail; `other` ends empty (it keeps its ring flag).
+    /// Splices all of `other`'s nodes after the tail; `other` ends empty (it keeps its ring flag).
     void MoveToTail(ZoListBaseIntermediate& other) { spliceAfter(this->m_tail, other); }
 
-    // Rotates a closed ring so that `position` becomes the tail and its successor the head; no node
-    // moves. Throws ZoException when the list is open or empty (always for lists that cannot close).
+    /// Rotates a closed ring so that `position` becomes the tail and its successor the head; no node
+    /// moves. Throws ZoException when the list is open or empty (always for lists that cannot close).
     void SetTailPosition(Position position)
     {
         // The method name reads "SetHead", as it always has: reports are filtered on it.
@@ -111,8 +112,8 @@ protected:
     explicit ZoListBaseIntermediate(ZoSmartPointer<PlexManager> plexManager) : Base(std::move(plexManager)) {}
     ~ZoListBaseIntermediate() { RemoveAll(); }
 
-    // Opens a closed ring for the lifetime of the guard, so the code inside rearranges an open list
-    // with null ends; the ring is tied again on leaving.
+    /// Opens a closed ring for the lifetime of the guard, so the code inside rearranges an open list
+    /// with null ends; the ring is tied again on leaving.
     class OpenRing
     {
     public:
@@ -125,7 +126,7 @@ protected:
         ZoListBaseIntermediate& m_list;
     };
 
-    // Links a new node after `position` (null: before the head) and counts it.
+    /// Links a new node after `position` (null: before the head) and counts it.
     Node* linkNode(Node* position, Node* node)
     {
         OpenRing ring(*this);
@@ -142,7 +143,7 @@ protected:
         }
         this->freeNode(node);
     }
-    // Open-list surgery; callers hold an OpenRing. A run is from..to inclusive, in list order.
+    /// Open-list surgery; callers hold an OpenRing. A run is from..to inclusive, in list order.
     void unlinkRun(Node* from, Node* to)
     {
         Node* before = from->prev;
@@ -158,7 +159,7 @@ protected:
         from->prev = nullptr;
         to->next = nullptr;
     }
-    // Links the run after `position`, or before the head when `position` is null.
+    /// Links the run after `position`, or before the head when `position` is null.
     void linkRunAfter(Node* position, Node* from, Node* to)
     {
         Node* after = position != nullptr ? position->next : this->m_head;
@@ -174,7 +175,7 @@ protected:
             this->m_tail = to;
     }
 
-    // Moves every node of `other` after `position` (null: before the head); `other` ends empty.
+    /// Moves every node of `other` after `position` (null: before the head); `other` ends empty.
     void spliceAfter(Node* position, ZoListBaseIntermediate& other)
     {
         if (&other == this || other.m_count == 0)
@@ -199,8 +200,8 @@ protected:
         linkRunAfter(position, first, last);
         this->m_count += moved;
     }
-    // Makes `other`'s nodes belong to this list's pool, merging pools where that leaves no node with
-    // a pool that may die first. False when both pools serve other holders too (see the class note).
+    /// Makes `other`'s nodes belong to this list's pool, merging pools where that leaves no node with
+    /// a pool that may die first. False when both pools serve other holders too (see the class note).
     bool sharePoolWith(ZoListBaseIntermediate& other)
     {
         if (other.m_plexManager == this->m_plexManager)
@@ -216,7 +217,7 @@ protected:
         }
         return false;
     }
-    // Copies `other`'s elements, in order, after `position` (null: before the head).
+    /// Copies `other`'s elements, in order, after `position` (null: before the head).
     void copyAfter(Node* position, const ZoListBaseIntermediate& other)
     {
         const Node* source = other.m_head;

@@ -1,7 +1,3 @@
-// ZoListPolicyCloseable<T, flags>: the ring layer of lists that may be closed (flags 0x02). A closed
-// list links its tail to its head and its head back to its tail; while the flag is set every
-// operation of the layers above keeps the ring linked, and walks that follow `next` wrap around.
-// Closing or opening an empty list only sets the flag: the first node added then forms the ring.
 #pragma once
 
 #include "base/ZoListBase.h"
@@ -9,6 +5,11 @@
 
 #include <cstdint>
 
+/// ZoListPolicyCloseable<T, flags>: the ring layer of lists that may be closed (flags 0x02). A closed
+/// list links its tail to its head and its head back to its tail; while the flag is set every
+/// operation of the layers above keeps the ring linked, and walks that follow `next` wrap around.
+/// Closing or opening an empty list only sets the flag: the first node added then forms the ring.
+/// @ingroup containers
 template <class T, int Flags>
 class ZO_TEMPLATE_API ZoListPolicyCloseable : public ZoListBase<T, Flags>
 {
@@ -42,7 +43,7 @@ protected:
         else
             SetOpen();
     }
-    // Ties the ends together when the list is closed.
+    /// Ties the ends together when the list is closed.
     void linkRing()
     {
         if (m_closed && this->m_head != nullptr) {
@@ -50,7 +51,7 @@ protected:
             this->m_head->prev = this->m_tail;
         }
     }
-    // Cuts the ends apart, so that the list can be rearranged as an open one.
+    /// Cuts the ends apart, so that the list can be rearranged as an open one.
     void unlinkRing()
     {
         if (this->m_head != nullptr) {

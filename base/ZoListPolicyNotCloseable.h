@@ -1,6 +1,3 @@
-// ZoListPolicyNotCloseable<T, flags>: the ring layer of lists that are never closed (flags 0x01).
-// The list is always open: IsClosed() is 0, and the ring position setters of the layers above
-// always throw. The flag field is kept, always 0, so both ring layers have the same fields.
 #pragma once
 
 #include "base/ZoListBase.h"
@@ -8,6 +5,10 @@
 
 #include <cstdint>
 
+/// ZoListPolicyNotCloseable<T, flags>: the ring layer of lists that are never closed (flags 0x01).
+/// The list is always open: IsClosed() is 0, and the ring position setters of the layers above
+/// always throw. The flag field is kept, always 0, so both ring layers have the same fields.
+/// @ingroup containers
 template <class T, int Flags>
 class ZO_TEMPLATE_API ZoListPolicyNotCloseable : public ZoListBase<T, Flags>
 {

@@ -1,18 +1,3 @@
-// ZoMap<Key, Value, flags>: a chained hash map. The bucket table is a ZoArray of association
-// pointers (17 buckets unless chosen otherwise); associations come from a ZoPlexManager, so inserting
-// allocates no memory of its own most of the time. A new association goes to the front of its
-// bucket's chain and chains are searched from their head.
-//
-// Keys hash with ZoHashKey: strings as h = h * 33 + c over their UTF-16 code units (up to the first
-// NUL, modulo 2^32, from h = 0), unsigned integers and pointers as (key >> 4). The bucket is the hash
-// modulo the bucket count. Iteration visits buckets in order and each chain from its head.
-//
-// The bucket table is made on the first insertion (or at construction when asked) and released when
-// the last association is removed. When the associations outnumber the buckets four to one the
-// table grows to 2n + 1 buckets and the chains are relinked (no association moves in memory), so a
-// map that outgrows its 17 buckets keeps short chains; a table released on emptying starts again at
-// the size it was given. Positions are opaque: a position is an association, null at the
-// end. Not synchronised.
 #pragma once
 
 #include "base/ZoArray.h"
@@ -46,6 +31,22 @@ inline uint32_t ZoHashKey(Pointee* key)
     return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(key) >> 4);
 }
 
+/// ZoMap<Key, Value, flags>: a chained hash map. The bucket table is a ZoArray of association
+/// pointers (17 buckets unless chosen otherwise); associations come from a ZoPlexManager, so inserting
+/// allocates no memory of its own most of the time. A new association goes to the front of its
+/// bucket's chain and chains are searched from their head.
+///
+/// Keys hash with ZoHashKey: strings as h = h * 33 + c over their UTF-16 code units (up to the first
+/// NUL, modulo 2^32, from h = 0), unsigned integers and pointers as (key >> 4). The bucket is the hash
+/// modulo the bucket count. Iteration visits buckets in order and each chain from its head.
+///
+/// The bucket table is made on the first insertion (or at construction when asked) and released when
+/// the last association is removed. When the associations outnumber the buckets four to one the
+/// table grows to 2n + 1 buckets and the chains are relinked (no association moves in memory), so a
+/// map that outgrows its 17 buckets keeps short chains; a table released on emptying starts again at
+/// the size it was given. Positions are opaque: a position is an association, null at the
+/// end. Not synchronised.
+/// @ingroup containers
 template <class Key, class Value, int Flags = 0>
 class ZO_TEMPLATE_API ZoMap
 {
@@ -62,7 +63,7 @@ public:
 
     static const uint32_t sc_uiDefaultBucketCount = 17;
 
-    // `createBuckets` makes the (cleared) bucket table at once instead of on the first insertion.
+    /// `createBuckets` makes the (cleared) bucket table at once instead of on the first insertion.
     explicit ZoMap(uint32_t nodesPerBlock = 10, uint32_t bucketCount = sc_uiDefaultBucketCount, bool createBuckets = false)
         : m_plexManager(new PlexManager(nodesPerBlock)), m_count(0), m_bucketCount(bucketCount == 0 ? 1 : bucketCount),
           m_initialBucketCount(m_bucketCount)
@@ -94,7 +95,7 @@ public:
     bool IsEmpty() const { return m_count == 0; }
     uint32_t GetHashTableSize() const { return m_bucketCount; }
     bool HasHashTable() const { return m_buckets.GetCount() != 0; }
-    // Changes the bucket count; only while the map is empty (otherwise nothing happens).
+    /// Changes the bucket count; only while the map is empty (otherwise nothing happens).
     void InitHashTable(uint32_t bucketCount, bool createNow = true)
     {
         if (m_count != 0 || bucketCount == 0)
@@ -105,7 +106,7 @@ public:
             createBucketTable();
     }
 
-    // The value stored under `key`, or null. Never inserts.
+    /// The value stored under `key`, or null. Never inserts.
     Value* Find(const Key& key) const
     {
         SAssociation* association = findAssociation(key);
@@ -119,7 +120,7 @@ public:
         value = *found;
         return true;
     }
-    // The value under `key`, inserted default-constructed when absent.
+    /// The value under `key`, inserted default-constructed when absent.
     Value& operator[](const Key& key)
     {
         if (SAssociation* association = findAssociation(key))
@@ -127,7 +128,7 @@ public:
         return insertAssociation(key)->value;
     }
     void SetAt(const Key& key, const Value& value) { (*this)[key] = value; }
-    // False when the key was absent. Removing the last association releases the bucket table.
+    /// False when the key was absent. Removing the last association releases the bucket table.
     bool RemoveKey(const Key& key)
     {
         if (!HasHashTable())
@@ -163,7 +164,7 @@ public:
     }
 
     Position GetStartPosition() const { return firstFrom(0); }
-    // Requires: position is not null. Hands out the association's key and value and advances.
+    /// Requires: position is not null. Hands out the association's key and value and advances.
     void GetNextAssoc(Position& position, Key& key, Value& value) const
     {
         const SAssociation* association = nextAssociation(position);
@@ -217,8 +218,8 @@ private:
             rehash(m_bucketCount * 2 + 1);
         return association;
     }
-    // Relinks every association into a table of `bucketCount` buckets; chains keep their relative
-    // order within each new bucket.
+    /// Relinks every association into a table of `bucketCount` buckets; chains keep their relative
+    /// order within each new bucket.
     void rehash(uint32_t bucketCount)
     {
         ZoArray<SAssociation*, 0> buckets;

@@ -1,16 +1,17 @@
-// ZoObservableMessage: what a ZoObservable delivers to its observers: the message type and a user
-// data pointer (the one the observer registered with, for NotifyObservers; the sender's, for
-// SendMessage). A small value; the observable builds one per delivery.
 #pragma once
 
 #include "platform/ZoExport.h"
 
 #include <cstdint>
 
+/// ZoObservableMessage: what a ZoObservable delivers to its observers: the message type and a user
+/// data pointer (the one the observer registered with, for NotifyObservers; the sender's, for
+/// SendMessage). A small value; the observable builds one per delivery.
+/// @ingroup concurrency
 class ZO_API ZoObservableMessage
 {
 public:
-    // One observer list per type; eMessageTypeCount is the number of types, not a type.
+    /// One observer list per type; eMessageTypeCount is the number of types, not a type.
     enum EMessageType : int32_t
     {
         eMessageChanged = 0,

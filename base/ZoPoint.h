@@ -1,9 +1,10 @@
-// ZoPoint<T>: a column and a row, the position type of the two-dimensional arrays
-// (ZoPoint<unsigned long> there, which the library spells ZoPoint<uint32_t>).
 #pragma once
 
 #include "platform/ZoExport.h"
 
+/// ZoPoint<T>: a column and a row, the position type of the two-dimensional arrays
+/// (ZoPoint<unsigned long> there, which the library spells ZoPoint<uint32_t>).
+/// @ingroup values
 template <class T>
 class ZO_TEMPLATE_API ZoPoint
 {
@@ -14,6 +15,6 @@ public:
     bool operator==(const ZoPoint& other) const { return x == other.x && y == other.y; }
     bool operator!=(const ZoPoint& other) const { return !(*this == other); }
 
-    T x; // column
-    T y; // row
+    T x; ///< column
+    T y; ///< row
 };

@@ -1,10 +1,3 @@
-// ZoRTTIRegistration: the process-wide type registry, mapping an exact class name to its descriptor
-// and its create and clone functions.
-//
-// A ZoMap of 17 buckets whose associations come from a node pool of 1000 per block. Registering a
-// name that is already present replaces its record and does not grow the count. Entries are never
-// removed. Registration happens while libraries load; afterwards the registry is only read, without
-// a lock.
 #pragma once
 
 #include "base/ZoMap.h"
@@ -15,6 +8,14 @@
 
 #include <cstdint>
 
+/// ZoRTTIRegistration: the process-wide type registry, mapping an exact class name to its descriptor
+/// and its create and clone functions.
+///
+/// A ZoMap of 17 buckets whose associations come from a node pool of 1000 per block. Registering a
+/// name that is already present replaces its record and does not grow the count. Entries are never
+/// removed. Registration happens while libraries load; afterwards the registry is only read, without
+/// a lock.
+/// @ingroup objectmodel
 class ZO_API ZoRTTIRegistration : public ZoSingleton<ZoRTTIRegistration>
 {
 public:
@@ -25,14 +26,14 @@ public:
         ZoRTTI::CloneFunction clone;
     };
 
-    // Inserts the name if absent, then overwrites its record.
+    /// Inserts the name if absent, then overwrites its record.
     void Register(const CString& name, const ZoRTTI* rtti, ZoRTTI::CreateFunction create, ZoRTTI::CloneFunction clone);
-    // The record registered under exactly this name, or null.
+    /// The record registered under exactly this name, or null.
     const Registration* Lookup(const CString& name) const;
     uint32_t GetCount() const { return m_classes.GetCount(); }
 
-    // The registry lives in the library: these hide ZoSingleton's accessors so that a program always
-    // reaches the library's one instance, even where template statics cannot be shared.
+    /// The registry lives in the library: these hide ZoSingleton's accessors so that a program always
+    /// reaches the library's one instance, even where template statics cannot be shared.
     static ZoRTTIRegistration& GetInstance();
     static bool HasInstance();
 

@@ -1,9 +1,3 @@
-// ZoSmartPointer<T>: owns one reference to an object whose class derives from
-// ZoReferenceCountedClass. Null is allowed.
-//
-// Taking a non-null object or copying a non-null pointer takes a reference; destruction and
-// reassignment release the old target after the new reference has been taken, so assigning a
-// pointer to itself is safe. T may be const (ZoSmartPointer<ZoConstructor const>).
 #pragma once
 
 #include "platform/ZoExport.h"
@@ -15,6 +9,13 @@
 #include <type_traits>
 #include <utility>
 
+/// ZoSmartPointer<T>: owns one reference to an object whose class derives from
+/// ZoReferenceCountedClass. Null is allowed.
+///
+/// Taking a non-null object or copying a non-null pointer takes a reference; destruction and
+/// reassignment release the old target after the new reference has been taken, so assigning a
+/// pointer to itself is safe. T may be const (ZoSmartPointer<ZoConstructor const>).
+/// @ingroup objectmodel
 template <class T>
 class ZO_TEMPLATE_API ZoSmartPointer
 {
@@ -92,7 +93,7 @@ private:
     T* m_pointer;
 };
 
-// Convenience for `ZoSmartPointer<T>(new T(...))`.
+/// Convenience for `ZoSmartPointer<T>(new T(...))`.
 template <class T, class... Args>
 ZoSmartPointer<T> ZoMakeSmart(Args&&... args)
 {

@@ -1,10 +1,3 @@
-// ZoStreamRead: the abstract input stream every deserialising class reads from, with one virtual
-// operator per basic type. Classes read themselves against this interface and never learn whether
-// the bytes come from a file, memory or a decompressor.
-//
-// The integer overloads follow the C++ types: `long` and `unsigned long` have the platform's width
-// (4 bytes on Windows, 8 on Linux), `long long` is always 8, so every fixed-width type (int32_t,
-// uint64_t, ...) reads the same bytes on every target. Portable code uses fixed-width types.
 #pragma once
 
 #include "base/ZoClassRTTI.h"
@@ -13,6 +6,14 @@
 
 #include <cstdint>
 
+/// ZoStreamRead: the abstract input stream every deserialising class reads from, with one virtual
+/// operator per basic type. Classes read themselves against this interface and never learn whether
+/// the bytes come from a file, memory or a decompressor.
+///
+/// The integer overloads follow the C++ types: `long` and `unsigned long` have the platform's width
+/// (4 bytes on Windows, 8 on Linux), `long long` is always 8, so every fixed-width type (int32_t,
+/// uint64_t, ...) reads the same bytes on every target. Portable code uses fixed-width types.
+/// @ingroup streams
 class ZO_API ZoStreamRead : public ZoClassRTTI
 {
     ZO_DECLARE_RTTI()
@@ -34,8 +35,8 @@ class ZO_API ZoStreamRead : public ZoClassRTTI
     virtual ZoStreamRead& operator>>(unsigned char& value) = 0;
     virtual ZoStreamRead& operator>>(bool& value) = 0;
 
-    // Reads a version record (an unsigned int) and returns it. Throws ZoExceptionWrongFileVersion,
-    // naming this stream's class, when the stored version is above `maxVersion`: the data was
-    // written by a newer release than this reader knows.
+    /// Reads a version record (an unsigned int) and returns it. Throws ZoExceptionWrongFileVersion,
+    /// naming this stream's class, when the stored version is above `maxVersion`: the data was
+    /// written by a newer release than this reader knows.
     unsigned int ReadAndCompareVersion(unsigned int maxVersion);
 };

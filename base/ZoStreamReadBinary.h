@@ -1,11 +1,3 @@
-// ZoStreamReadBinary: reads the library's binary encoding — little-endian scalars without padding
-// or tags, length-prefixed UTF-16 strings, 32-bit version records — from whatever the derived
-// class's read() delivers.
-//
-// A scalar that cannot be read whole throws ZoExceptionStream ("operator >>") with the line of its
-// size and signedness; a string without the wide-string marker throws ("readStringLength"); a
-// string whose characters are cut short throws ("operator >> (CString)"). After a throw the stream
-// is left where the failed read stopped.
 #pragma once
 
 #include "base/ZoStreamRead.h"
@@ -13,6 +5,15 @@
 
 #include <cstdint>
 
+/// ZoStreamReadBinary: reads the library's binary encoding — little-endian scalars without padding
+/// or tags, length-prefixed UTF-16 strings, 32-bit version records — from whatever the derived
+/// class's read() delivers.
+///
+/// A scalar that cannot be read whole throws ZoExceptionStream ("operator >>") with the line of its
+/// size and signedness; a string without the wide-string marker throws ("readStringLength"); a
+/// string whose characters are cut short throws ("operator >> (CString)"). After a throw the stream
+/// is left where the failed read stopped.
+/// @ingroup streams
 class ZO_API ZoStreamReadBinary : public ZoStreamRead
 {
     ZO_DECLARE_RTTI()
@@ -32,11 +33,11 @@ class ZO_API ZoStreamReadBinary : public ZoStreamRead
     ZoStreamReadBinary& operator>>(unsigned char& value) override;
     ZoStreamReadBinary& operator>>(bool& value) override;
 
-    // Reads up to `size` raw bytes; returns how many came (fewer at the end of the data).
+    /// Reads up to `size` raw bytes; returns how many came (fewer at the end of the data).
     virtual uint64_t ReadBuffer(void* buffer, uint64_t size);
 
 protected:
-    // Delivers up to `size` bytes; fewer only at the end of the data.
+    /// Delivers up to `size` bytes; fewer only at the end of the data.
     virtual uint64_t read(void* buffer, uint64_t size) = 0;
 
 private:

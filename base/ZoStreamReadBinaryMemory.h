@@ -1,5 +1,3 @@
-// ZoStreamReadBinaryMemory: the binary encoding read from a copy of a byte buffer. Reading past the
-// end throws the same exceptions as a file stream that meets its end.
 #pragma once
 
 #include "base/ZoStreamReadBinary.h"
@@ -8,6 +6,9 @@
 #include <cstdint>
 #include <vector>
 
+/// ZoStreamReadBinaryMemory: the binary encoding read from a copy of a byte buffer. Reading past the
+/// end throws the same exceptions as a file stream that meets its end.
+/// @ingroup streams
 class ZO_API ZoStreamReadBinaryMemory : public ZoStreamReadBinary
 {
     ZO_DECLARE_RTTI()

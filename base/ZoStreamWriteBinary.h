@@ -1,10 +1,3 @@
-// ZoStreamWriteBinary: writes the library's binary encoding — little-endian scalars without padding
-// or tags, length-prefixed UTF-16 strings, 32-bit version records — through the derived class's
-// write(). It checks nothing itself: failures come from write().
-//
-// String layout: 0xFF, 0xFFFE (the wide-string marker), then the length in code units (one byte
-// below 255; else 0xFF and 16 bits below 0xFFFE; else 0xFF, 0xFFFF and 32 bits; else 0xFF, 0xFFFF,
-// 0xFFFFFFFF and 64 bits), then the code units, no terminator.
 #pragma once
 
 #include "base/ZoStreamWrite.h"
@@ -12,6 +5,14 @@
 
 #include <cstdint>
 
+/// ZoStreamWriteBinary: writes the library's binary encoding — little-endian scalars without padding
+/// or tags, length-prefixed UTF-16 strings, 32-bit version records — through the derived class's
+/// write(). It checks nothing itself: failures come from write().
+///
+/// String layout: 0xFF, 0xFFFE (the wide-string marker), then the length in code units (one byte
+/// below 255; else 0xFF and 16 bits below 0xFFFE; else 0xFF, 0xFFFF and 32 bits; else 0xFF, 0xFFFF,
+/// 0xFFFFFFFF and 64 bits), then the code units, no terminator.
+/// @ingroup streams
 class ZO_API ZoStreamWriteBinary : public ZoStreamWrite
 {
     ZO_DECLARE_RTTI()
@@ -32,7 +33,7 @@ class ZO_API ZoStreamWriteBinary : public ZoStreamWrite
     ZoStreamWriteBinary& operator<<(unsigned char value) override;
     ZoStreamWriteBinary& operator<<(bool value) override;
 
-    // Writes raw bytes, framed by nothing.
+    /// Writes raw bytes, framed by nothing.
     void WriteBuffer(const void* buffer, uint64_t size) { write(buffer, size); }
 
 protected:

@@ -1,11 +1,3 @@
-// ZoStreamWriteBinaryFile: the binary encoding written to a file — plain, appended, or compressed
-// into the library's compressed archive format — or to a caller's CArchive.
-//
-// Compression 0 writes plain (mode eWrite), 1 plain as well (mode eWriteUncompressed), 2 compressed
-// (mode eWriteCompressed); an access mode other than 0 appends (mode eAppend) and cannot be combined
-// with compression (ZoExceptionPreconditionViolation, "openFile"). Opening failures throw
-// ZoExceptionStream ("openFile"), write failures ("write"). A compressed file is written when the
-// stream is closed or destroyed.
 #pragma once
 
 #include "base/ZoClassSerialization.h"
@@ -13,6 +5,15 @@
 #include "platform/CArchive.h"
 #include "platform/ZoExport.h"
 
+/// ZoStreamWriteBinaryFile: the binary encoding written to a file — plain, appended, or compressed
+/// into the library's compressed archive format — or to a caller's CArchive.
+///
+/// Compression 0 writes plain (mode eWrite), 1 plain as well (mode eWriteUncompressed), 2 compressed
+/// (mode eWriteCompressed); an access mode other than 0 appends (mode eAppend) and cannot be combined
+/// with compression (ZoExceptionPreconditionViolation, "openFile"). Opening failures throw
+/// ZoExceptionStream ("openFile"), write failures ("write"). A compressed file is written when the
+/// stream is closed or destroyed.
+/// @ingroup streams
 class ZO_API ZoStreamWriteBinaryFile : public ZoStreamWriteBinary
 {
     ZO_DECLARE_RTTI()
@@ -29,20 +30,20 @@ class ZO_API ZoStreamWriteBinaryFile : public ZoStreamWriteBinary
         eAccessAppend = 1,
     };
 
-    // Writes to the caller's archive, which must stay alive and stays the caller's.
+    /// Writes to the caller's archive, which must stay alive and stays the caller's.
     explicit ZoStreamWriteBinaryFile(CArchive& archive);
     ZoStreamWriteBinaryFile(const CString& fileName, ECompressionMode compression = eCompressionNone,
                             EAccessMode access = eAccessWrite);
     ZoStreamWriteBinaryFile(ZoClassSerialization::ESpecialDirectory directory, const CString& fileName,
                             ECompressionMode compression = eCompressionNone, EAccessMode access = eAccessWrite);
-    // Releases an owned file (writing a compressed one); never throws, so call Close() to learn
-    // whether the final write succeeded.
+    /// Releases an owned file (writing a compressed one); never throws, so call Close() to learn
+    /// whether the final write succeeded.
     ~ZoStreamWriteBinaryFile() override;
     ZoStreamWriteBinaryFile(const ZoStreamWriteBinaryFile&) = delete;
     ZoStreamWriteBinaryFile& operator=(const ZoStreamWriteBinaryFile&) = delete;
 
-    // Throws ZoExceptionStream ("Close") for a stream on a caller's archive, one already closed, or
-    // when the file could not be finished.
+    /// Throws ZoExceptionStream ("Close") for a stream on a caller's archive, one already closed, or
+    /// when the file could not be finished.
     void Close();
     CString GetFilename() const;
     CArchive* GetArchive() const { return m_archive; }

@@ -1,6 +1,3 @@
-// ZoStreamWriteBinaryMemory: the binary encoding written into a growable byte buffer in memory, for
-// serialising without files (tests, network messages, checksums). Writing never fails short of
-// memory exhaustion.
 #pragma once
 
 #include "base/ZoStreamWriteBinary.h"
@@ -9,6 +6,10 @@
 #include <cstdint>
 #include <vector>
 
+/// ZoStreamWriteBinaryMemory: the binary encoding written into a growable byte buffer in memory, for
+/// serialising without files (tests, network messages, checksums). Writing never fails short of
+/// memory exhaustion.
+/// @ingroup streams
 class ZO_API ZoStreamWriteBinaryMemory : public ZoStreamWriteBinary
 {
     ZO_DECLARE_RTTI()

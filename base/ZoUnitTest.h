@@ -1,11 +1,3 @@
-// ZoUnitTest: the base of classes that can record their input and output to a file and be run
-// again later as a regression test (the algorithms, through ZoAlgorithm). It fixes the recording
-// hooks: a class writes its input and its output through serializeUnitTestInput/-Output into a
-// binary stream, reads them back through the reading overloads, and runUnitTest() runs the recorded
-// case and says whether the result still matches. Registered with the type registry.
-//
-// RunUnitTest(file) replays a recording: it reads the input and the recorded output, runs the test
-// and releases both. Every hook of the base does nothing.
 #pragma once
 
 #include "base/ZoClassRTTI.h"
@@ -14,6 +6,15 @@
 #include "platform/CString.h"
 #include "platform/ZoExport.h"
 
+/// ZoUnitTest: the base of classes that can record their input and output to a file and be run
+/// again later as a regression test (the algorithms, through ZoAlgorithm). It fixes the recording
+/// hooks: a class writes its input and its output through serializeUnitTestInput/-Output into a
+/// binary stream, reads them back through the reading overloads, and runUnitTest() runs the recorded
+/// case and says whether the result still matches. Registered with the type registry.
+///
+/// RunUnitTest(file) replays a recording: it reads the input and the recorded output, runs the test
+/// and releases both. Every hook of the base does nothing.
+/// @ingroup graphs
 class ZO_API ZoUnitTest : public ZoClassRTTI
 {
     ZO_DECLARE_RTTI()
@@ -22,9 +23,9 @@ class ZO_API ZoUnitTest : public ZoClassRTTI
     {
         eResultSucceeded = 0,
         eResultFailed = 1,
-        // The recording could not be read, or the computation threw.
+        /// The recording could not be read, or the computation threw.
         eResultError = 2,
-        // The class has no test of its own.
+        /// The class has no test of its own.
         eResultNotImplemented = 3,
     };
 
@@ -34,12 +35,12 @@ class ZO_API ZoUnitTest : public ZoClassRTTI
     virtual ~ZoUnitTest();
 
     EResult RunUnitTest() { return runUnitTest(); }
-    // Reads the input and the recorded output from the file, runs the test, releases both. A file
-    // that cannot be opened or read gives eResultError; nothing is thrown.
+    /// Reads the input and the recorded output from the file, runs the test, releases both. A file
+    /// that cannot be opened or read gives eResultError; nothing is thrown.
     EResult RunUnitTest(const CString& recording);
 
 protected:
-    // eResultNotImplemented in the base.
+    /// eResultNotImplemented in the base.
     virtual EResult runUnitTest();
     virtual void serializeUnitTestInput(ZoStreamWriteBinary& stream) const;
     virtual void serializeUnitTestInput(ZoStreamReadBinary& stream);

@@ -1,14 +1,15 @@
-// ZoWeakPointer<T>: watches a reference-counted object without owning it. Get() returns the object
-// while it lives and null once its last reference has been released.
-//
-// Not synchronised: a weak pointer and the death of its object must be ordered by the caller;
-// holders that share weak pointers across threads hold GetCriticalSectionWeakPointerBase().
 #pragma once
 
 #include "platform/ZoExport.h"
 
 #include "base/ZoReferenceCountedClass.h"
 
+/// ZoWeakPointer<T>: watches a reference-counted object without owning it. Get() returns the object
+/// while it lives and null once its last reference has been released.
+///
+/// Not synchronised: a weak pointer and the death of its object must be ordered by the caller;
+/// holders that share weak pointers across threads hold GetCriticalSectionWeakPointerBase().
+/// @ingroup objectmodel
 template <class T>
 class ZO_TEMPLATE_API ZoWeakPointer
 {
@@ -24,7 +25,7 @@ public:
     }
     ~ZoWeakPointer() { Reset(nullptr); }
 
-    // Stops watching the current object (if it still lives) and starts watching `object`.
+    /// Stops watching the current object (if it still lives) and starts watching `object`.
     void Reset(T* object)
     {
         if (T* current = Get())
