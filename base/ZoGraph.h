@@ -19,11 +19,13 @@
 class ZO_API ZoGraph
 {
 public:
+    /// The node list: pointers owned by the graph, in insertion order.
     typedef ZoList<ZoGraphNode*, 0x22> NodeList;
 
     ZoGraph();
     /// A deep copy: nodes (name, index, attributes, weight, path links) and connections.
     ZoGraph(const ZoGraph& other);
+    /// Deletes this graph's nodes, then makes a deep copy of `other` as the copy constructor does.
     ZoGraph& operator=(const ZoGraph& other);
     ~ZoGraph();
 
@@ -31,13 +33,17 @@ public:
     void InsertNode(ZoGraphNode* node);
     /// Removes, disconnects and deletes the node. Requires: the node belongs to this graph.
     void RemoveNode(ZoGraphNode& node);
+    /// Deletes every node and every connection; the (empty) indices are valid afterwards.
     void RemoveAllNodes();
     /// Numbers the nodes 0, 1, ... in list order unless the indices are valid; returns the count.
     uint32_t CreateIndices();
+    /// Non-zero when every node's index is its place in the list; FindNode relies on it.
     int AreIndicesValid() const { return m_indicesValid; }
     /// The first node whose index is `index` (as the indices stand), or null.
     ZoGraphNode* FindNode(uint32_t index) const;
+    /// Number of nodes; 0 for an empty graph.
     uint32_t GetNodeCount() const { return m_nodes.GetCount(); }
+    /// The nodes in insertion order. The graph owns them: do not delete them yourself.
     const NodeList& GetNodes() const { return m_nodes; }
 
     /// Every node's weight back to ZoGraphNode::GetInitialWeight().

@@ -18,6 +18,7 @@ class ZoGraphNode;
 class ZO_API ZoGraphConnection : public ZoReferenceCountedClass<ZoGraphConnection>
 {
 public:
+    /// Selects an end of the connection in GetNode.
     enum ENodeType
     {
         eSource = 0,
@@ -26,19 +27,26 @@ public:
 
     /// No nodes, weight 0.
     ZoGraphConnection();
+    /// A connection from `source` to `target` with weight 0. It is not yet in any list: add it with ZoGraphConnectionList::AddConnection.
     ZoGraphConnection(ZoGraphNode& source, ZoGraphNode& target);
+    /// A connection from `source` to `target` with `weight`. It is not yet in any list: add it with ZoGraphConnectionList::AddConnection.
     ZoGraphConnection(ZoGraphNode& source, ZoGraphNode& target, float weight);
     ~ZoGraphConnection() override;
 
     /// Requires: the connection has that end (not checked for a default-made connection).
     ZoGraphNode& GetNode(ENodeType type) { return *(type == eSource ? m_source : m_target); }
+    /// Const form of GetNode.
     const ZoGraphNode& GetNode(ENodeType type) const { return *(type == eSource ? m_source : m_target); }
+    /// The weight (for the shortest path: the length of the edge).
     float GetWeight() const { return m_weight; }
     /// Does not reorder the lists that hold the connection (ZoGraphConnectionList::Sort does).
     void SetWeight(float weight) { m_weight = weight; }
 
+    /// True when the weights are equal; the ends are not compared.
     bool operator==(ZoSmartPointer<ZoGraphConnection> other) const { return m_weight == other->m_weight; }
+    /// True when this connection weighs less than `other`.
     bool operator<(ZoSmartPointer<ZoGraphConnection> other) const { return m_weight < other->m_weight; }
+    /// True when this connection weighs more than `other`.
     bool operator>(ZoSmartPointer<ZoGraphConnection> other) const { return m_weight > other->m_weight; }
 
 private:

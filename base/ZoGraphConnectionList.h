@@ -15,13 +15,16 @@
 class ZO_API ZoGraphConnectionList
 {
 public:
+    /// The underlying list, sorted by weight.
     typedef ZoListSorted<ZoSmartPointer<ZoGraphConnection>, ZoSmartPointer<ZoGraphConnection>, 0x21> List;
+    /// Opaque position in the list; null past the tail.
     typedef List::Position Position;
 
     ZoGraphConnectionList();
     /// Holds the same connections (handles are shared, not copied); positions stored in the
     /// connections keep naming the source lists.
     ZoGraphConnectionList(const ZoGraphConnectionList& other);
+    /// Shares `other`'s connection handles, as the copy constructor does.
     ZoGraphConnectionList& operator=(const ZoGraphConnectionList& other);
     virtual ~ZoGraphConnectionList();
 
@@ -35,10 +38,15 @@ public:
     /// Restores ascending weight order after weights were changed (stable).
     void Sort();
 
+    /// Number of connections; 0 for an empty list.
     uint32_t GetCount() const { return m_list.GetCount(); }
+    /// Non-zero when the list holds no connection.
     int IsEmpty() const { return m_list.IsEmpty(); }
+    /// Position of the lightest connection; null for an empty list.
     Position GetHeadPosition() const { return m_list.GetHeadPosition(); }
+    /// The lightest connection. Requires: the list is not empty (not checked).
     const ZoSmartPointer<ZoGraphConnection>& GetHead() const { return m_list.GetHead(); }
+    /// The connection at `position`, moving `position` to the next one (null after the last).
     const ZoSmartPointer<ZoGraphConnection>& GetNext(Position& position) const { return m_list.GetNext(position); }
 
     /// -1 when the second weighs more, +1 when the first does, else 0.

@@ -11,12 +11,14 @@
 class ZO_API ZoGraphPathIterator : public ZoIterator<ZoGraphNode&, ZoGraphPathIterator>
 {
 public:
+    /// Which way the walk follows the path links.
     enum EDirection
     {
         eForward = 0,
         eBackward = 1,
     };
 
+    /// A walk from `start` along the next links, or from `end` along the previous links when `direction` is eBackward. The nodes must outlive the iterator.
     ZoGraphPathIterator(ZoGraphNode& start, ZoGraphNode& end, EDirection direction = eForward)
         : ZoIterator(direction == eBackward ? &end : &start), m_direction(direction), m_start(&start), m_end(&end)
     {
@@ -29,10 +31,13 @@ public:
         m_position = m_direction == eBackward ? current->GetPreviousNodeOnPath() : current->GetNextNodeOnPath();
         return *current;
     }
+    /// Non-zero while GetNext has a node to return.
     int HasMoreElements() const { return m_position != nullptr; }
+    /// Goes back to the first node of the walk in the current direction.
     void Restart() { m_position = m_direction == eBackward ? m_end : m_start; }
     /// Only stores the direction; Restart applies it.
     void SetDirection(EDirection direction) { m_direction = direction; }
+    /// The direction Restart applies.
     EDirection GetDirection() const { return m_direction; }
 
 private:

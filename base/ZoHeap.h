@@ -21,16 +21,21 @@ template <class Element>
 class ZO_TEMPLATE_API ZoHeap
 {
 public:
+    /// The key type, taken from the element (ZoHeapElementSimple::KeyType); it needs operator>.
     typedef typename Element::KeyType Key;
 
+    /// Number of elements in the heap; 0 when empty.
     uint32_t GetCount() const { return m_elements.GetCount(); }
+    /// Non-zero when the heap holds no element.
     int IsEmpty() const { return m_elements.GetCount() == 0; }
     /// Room for `count` elements, so that pushing up to that many never reallocates.
     void Reserve(uint32_t count) { m_elements.SetMemoryElementCount(count, 1); }
+    /// Forgets every element (the heap does not delete them) and keeps the reserved room.
     void RemoveAll() { m_elements.RemoveAll(); }
     /// Requires: !IsEmpty() (not checked).
     Element* GetMinimum() const { return m_elements[0]; }
 
+    /// Adds `element` (not owned) and moves it up to its place; records its position in it.
     void Push(Element* element)
     {
         m_elements.Add(element);

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Only named here: the node pools include this header, and the lock and stream headers reach back
-/// to the containers.
+// Only named here: the node pools include this header, and the lock and stream headers reach back
+// to the containers.
 class ZoCriticalSection;
 class ZoStreamWrite;
 
@@ -27,21 +27,26 @@ class ZoStreamWrite;
 class ZO_API ZoHeapTracker
 {
 public:
+    /// The process-wide lock that guards the record; made when the library loads. Hold it to read several figures consistently.
     static ZoCriticalSection sm_CriticalSection;
 
     /// Starts or stops recording. Stopping forgets the record.
     static void Enable(bool enabled);
+    /// True while recording is on.
     static bool IsEnabled();
 
     /// The hooks the allocation paths call; each does nothing while tracking is off.
     static void RecordAllocation(const void* address, size_t bytes);
     /// A block that moved (or grew) in place: counted only when the old block was.
     static void RecordReallocation(const void* oldAddress, const void* newAddress, size_t bytes);
+    /// A block handed back; forgotten when it was recorded, ignored otherwise (and for null).
     static void RecordRelease(const void* address);
 
     /// Memory checks: the live allocations and bytes recorded, and whether an address starts one.
     static uint64_t GetLiveAllocations();
+    /// Sum of the sizes of the live recorded allocations, in bytes.
     static uint64_t GetLiveBytes();
+    /// True when `address` is the start of a live recorded allocation.
     static bool IsLiveAllocation(const void* address);
 
     /// A mark in the sequence of recorded allocations.

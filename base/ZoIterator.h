@@ -25,11 +25,14 @@ public:
     /// Advances; returns the element that was current.
     Ref operator++(int) { return static_cast<Derived*>(this)->GetNext(); }
 
+    /// The current position (a node or an entry, as the derived class defines it); null once exhausted.
     void* GetPosition() const { return m_position; }
 
 protected:
+    /// For derived classes: starts at `position` (null: already exhausted).
     explicit ZoIterator(void* position = nullptr) : m_position(position) {}
     ~ZoIterator() = default;
 
+    /// The current position; null once the iterator is exhausted.
     void* m_position;
 };

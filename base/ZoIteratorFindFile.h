@@ -20,6 +20,7 @@
 class ZO_API ZoIteratorFindFile : public ZoIterator<const CString&, ZoIteratorFindFile>
 {
 public:
+    /// Opens `folder` and moves to the first entry that matches `pattern`. A folder that cannot be listed gives an exhausted iterator (no exception).
     explicit ZoIteratorFindFile(const CString& folder, const CString& pattern = CString(u"*"));
     ~ZoIteratorFindFile();
     ZoIteratorFindFile(const ZoIteratorFindFile&) = delete;
@@ -27,6 +28,7 @@ public:
 
     /// The current entry's name and kind. Requires: not exhausted (not checked; an empty name then).
     const CString& GetName() const { return m_name; }
+    /// True when the current entry is a folder.
     bool IsFolder() const { return m_isFolder; }
 
     /// Returns the current name and advances; the reference stays valid until the next advance.

@@ -16,14 +16,19 @@ class ZO_API ZoLatestError
 public:
     /// Captures the current last error.
     ZoLatestError();
+    /// Copies the number and the message; no system call.
     ZoLatestError(const ZoLatestError& other) = default;
+    /// Copies the number and the message; no system call.
     ZoLatestError& operator=(const ZoLatestError& other) = default;
 
     /// Reads the last error number again and fetches its message; the message is empty when the
     /// system has no text for the number.
     void Update();
+    /// True when the captured error number is not 0.
     bool IsError() const { return m_errorNumber != 0; }
+    /// The captured error number (errno on POSIX, the system error code on Windows); 0 for none.
     uint32_t GetLatestErrorNumber() const { return m_errorNumber; }
+    /// The system's text for the number, with its trailing line break; empty when there is none.
     const CString& GetLatestErrorMessage() const { return m_errorMessage; }
 
 private:

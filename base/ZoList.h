@@ -27,8 +27,11 @@ class ZO_TEMPLATE_API ZoList : public ZoListPolicyDoubleLinked<T, Flags>
     typedef ZoListPolicyDoubleLinked<T, Flags> Base;
 
 public:
+    /// The node type: `next`, `prev`, then the element by value.
     typedef typename Base::Node Node;
+    /// The node pool type lists and their copies share.
     typedef typename Base::PlexManager PlexManager;
+    /// Opaque position: the node itself; null means none or the end.
     typedef typename Base::Position Position;
     using Base::AddHead;
     using Base::AddTail;

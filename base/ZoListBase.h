@@ -26,17 +26,26 @@ template <class T, int Flags>
 class ZO_TEMPLATE_API ZoListBase
 {
 public:
+    /// The node type: `next`, `prev`, then the element by value.
     typedef ZoNodeLinked<T, 1> Node;
+    /// The node pool type lists and their copies share.
     typedef ZoPlexManager<Node, 0, 0> PlexManager;
+    /// Opaque position: the node itself; null means none or the end.
     typedef void* Position;
 
+    /// Number of elements; 0 for an empty list.
     uint32_t GetCount() const { return m_count; }
+    /// Non-zero when the list holds no element.
     int IsEmpty() const { return m_count == 0; }
+    /// Position of the first element; null for an empty list.
     Position GetHeadPosition() const { return m_head; }
+    /// Position of the last element; null for an empty list.
     Position GetTailPosition() const { return m_tail; }
+    /// The pool the nodes come from, possibly shared with other lists.
     const ZoSmartPointer<PlexManager>& GetPlexManager() const { return m_plexManager; }
 
 protected:
+    /// An empty list drawing its nodes from `plexManager`.
     explicit ZoListBase(ZoSmartPointer<PlexManager> plexManager)
         : m_count(0), m_head(nullptr), m_tail(nullptr), m_plexManager(std::move(plexManager))
     {
@@ -45,6 +54,7 @@ protected:
     ZoListBase& operator=(const ZoListBase&) = delete;
     ~ZoListBase() = default;
 
+    /// The node a position names; no check.
     static Node* toNode(Position position) { return static_cast<Node*>(position); }
 
     /// A node from the pool holding an element made from `args`, not yet linked. A pool that can hand
@@ -70,13 +80,19 @@ protected:
         node->~Node();
         m_plexManager->FreeNode(node);
     }
+    /// Sets the forward link only; the caller keeps the list consistent.
     static void setNext(Node* node, Node* next) { node->next = next; }
+    /// Sets the backward link only; the caller keeps the list consistent.
     static void setPrev(Node* node, Node* prev) { node->prev = prev; }
     /// Exchanges the pool reference only; nodes stay where they are. For empty lists.
     void replacePlexManager(ZoSmartPointer<PlexManager> plexManager) { m_plexManager = std::move(plexManager); }
 
+    /// Number of linked nodes.
     uint32_t m_count;
+    /// First node, or null; in a closed ring its `prev` is the tail.
     Node* m_head;
+    /// Last node, or null; in a closed ring its `next` is the head.
     Node* m_tail;
+    /// The node pool; never null for lists the library makes.
     ZoSmartPointer<PlexManager> m_plexManager;
 };

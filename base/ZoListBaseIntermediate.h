@@ -33,14 +33,20 @@ class ZO_TEMPLATE_API ZoListBaseIntermediate : public ZoListRingPolicy<T, Flags>
     typedef ZoListRingPolicy<T, Flags> Base;
 
 public:
+    /// The node type: `next`, `prev`, then the element by value.
     typedef typename Base::Node Node;
+    /// The node pool type lists and their copies share.
     typedef typename Base::PlexManager PlexManager;
+    /// Opaque position: the node itself; null means none or the end.
     typedef typename Base::Position Position;
 
     /// Requires: the list is not empty (not checked).
     T& GetHead() { return this->m_head->element; }
+    /// Const form of GetHead.
     const T& GetHead() const { return this->m_head->element; }
+    /// The last element. Requires: the list is not empty (not checked).
     T& GetTail() { return this->m_tail->element; }
+    /// Const form of GetTail.
     const T& GetTail() const { return this->m_tail->element; }
 
     /// The element at `position`; moves `position` to the next node (null after the tail of an open
@@ -51,28 +57,38 @@ public:
         position = node->next;
         return node->element;
     }
+    /// Const form of GetNext.
     const T& GetNext(Position& position) const
     {
         const Node* node = this->toNode(position);
         position = node->next;
         return node->element;
     }
+    /// The position after `position` (null after the tail of an open list).
     Position GetNextPosition(Position position) const { return this->toNode(position)->next; }
+    /// The element at `position`. Requires: a position of this list (not checked).
     T& GetAt(Position position) { return this->toNode(position)->element; }
+    /// Const form of GetAt.
     const T& GetAt(Position position) const { return this->toNode(position)->element; }
     /// The element of the node after `position`; requires that there is one.
     T& GetAfter(Position position) { return this->toNode(position)->next->element; }
+    /// Const form of GetAfter.
     const T& GetAfter(Position position) const { return this->toNode(position)->next->element; }
 
+    /// Inserts a copy of `value` before the head; returns the stored element. Throws std::bad_alloc when the pool can give no node.
     T& AddHead(const T& value) { return linkNode(nullptr, this->newNode(value))->element; }
+    /// Inserts a default-made element before the head and returns it, to be filled in place.
     T& AddHead() { return linkNode(nullptr, this->newNode())->element; }
+    /// Appends a copy of `value` after the tail; returns the stored element. Throws std::bad_alloc when the pool can give no node.
     T& AddTail(const T& value) { return linkNode(this->m_tail, this->newNode(value))->element; }
+    /// Appends a default-made element after the tail and returns it, to be filled in place.
     T& AddTail() { return linkNode(this->m_tail, this->newNode())->element; }
     /// A null position appends at the tail.
     T& InsertAfter(Position position, const T& value)
     {
         return linkNode(position != nullptr ? this->toNode(position) : this->m_tail, this->newNode(value))->element;
     }
+    /// Inserts a default-made element after `position` (null: at the tail) and returns it.
     T& InsertAfter(Position position)
     {
         return linkNode(position != nullptr ? this->toNode(position) : this->m_tail, this->newNode())->element;
@@ -109,6 +125,7 @@ public:
     }
 
 protected:
+    /// An empty list drawing its nodes from `plexManager`.
     explicit ZoListBaseIntermediate(ZoSmartPointer<PlexManager> plexManager) : Base(std::move(plexManager)) {}
     ~ZoListBaseIntermediate() { RemoveAll(); }
 
@@ -117,6 +134,7 @@ protected:
     class OpenRing
     {
     public:
+        /// Cuts the ring of `list` (nothing for an open list) until the guard is destroyed.
         explicit OpenRing(ZoListBaseIntermediate& list) : m_list(list) { m_list.unlinkRing(); }
         ~OpenRing() { m_list.linkRing(); }
         OpenRing(const OpenRing&) = delete;
@@ -134,6 +152,7 @@ protected:
         ++this->m_count;
         return node;
     }
+    /// Unlinks `node` from this list and gives it back to the pool.
     void unlinkAndFree(Node* node)
     {
         {

@@ -16,26 +16,32 @@ class ZO_TEMPLATE_API ZoListPolicyCloseable : public ZoListBase<T, Flags>
     typedef ZoListBase<T, Flags> Base;
 
 public:
+    /// Ties the tail to the head; Find then stops before comparing anything (see ZoList).
     void SetClosed()
     {
         m_closed = 1;
         linkRing();
     }
+    /// Cuts the ring; the head's `prev` and the tail's `next` become null.
     void SetOpen()
     {
         unlinkRing();
         m_closed = 0;
     }
+    /// Non-zero while the list is a ring.
     int IsClosed() const { return m_closed == 1; }
+    /// Non-zero while the list has null ends.
     int IsOpen() const { return m_closed == 0; }
 
 protected:
+    /// An open, empty list drawing its nodes from `plexManager`.
     explicit ZoListPolicyCloseable(ZoSmartPointer<typename Base::PlexManager> plexManager)
         : Base(std::move(plexManager)), m_closed(0)
     {
     }
     ~ZoListPolicyCloseable() = default;
 
+    /// Closes (non-zero) or opens (0) the list, as a copy takes its source's state.
     void setClosedState(int closed)
     {
         if (closed)
@@ -60,5 +66,6 @@ protected:
         }
     }
 
+    /// 1 while the list is a ring, 0 while it is open.
     int32_t m_closed;
 };

@@ -22,8 +22,11 @@ class ZO_TEMPLATE_API ZoListPolicyDoubleLinked : public ZoListBaseIntermediate<T
     typedef ZoListBaseIntermediate<T, Flags> Base;
 
 public:
+    /// The node type: `next`, `prev`, then the element by value.
     typedef typename Base::Node Node;
+    /// The node pool type lists and their copies share.
     typedef typename Base::PlexManager PlexManager;
+    /// Opaque position: the node itself; null means none or the end.
     typedef typename Base::Position Position;
     using Base::MoveToTail;
 
@@ -35,19 +38,23 @@ public:
         position = node->prev;
         return node->element;
     }
+    /// Const form of GetPrev.
     const T& GetPrev(Position& position) const
     {
         const Node* node = this->toNode(position);
         position = node->prev;
         return node->element;
     }
+    /// The position before `position` (null before the head of an open list).
     Position GetPrevPosition(Position position) const { return this->toNode(position)->prev; }
     /// The element of the node before `position`; requires that there is one.
     T& GetBefore(Position position) { return this->toNode(position)->prev->element; }
+    /// Const form of GetBefore.
     const T& GetBefore(Position position) const { return this->toNode(position)->prev->element; }
 
     /// A null position inserts at the head.
     T& InsertBefore(Position position, const T& value) { return this->linkNode(nodeBefore(position), this->newNode(value))->element; }
+    /// Inserts a default-made element before `position` (null: at the head) and returns it.
     T& InsertBefore(Position position) { return this->linkNode(nodeBefore(position), this->newNode())->element; }
 
     /// Requires: `position` belongs to this list (not checked).
@@ -161,6 +168,7 @@ public:
     }
 
 protected:
+    /// An empty list drawing its nodes from `plexManager`.
     explicit ZoListPolicyDoubleLinked(ZoSmartPointer<PlexManager> plexManager) : Base(std::move(plexManager)) {}
     ~ZoListPolicyDoubleLinked() = default;
 

@@ -20,12 +20,17 @@ class ZO_TEMPLATE_API ZoListSorted : public ZoList<T, Flags>
     typedef ZoList<T, Flags> Base;
 
 public:
+    /// The node type: `next`, `prev`, then the element by value.
     typedef typename Base::Node Node;
+    /// The node pool type lists and their copies share.
     typedef typename Base::PlexManager PlexManager;
+    /// Opaque position: the node itself; null means none or the end.
     typedef typename Base::Position Position;
     using Base::Base;
 
+    /// A copy of `other` in its order; shares `other`'s pool unless `sharePlexManager` is 0.
     ZoListSorted(const ZoListSorted& other, int sharePlexManager = 1) : Base(other, sharePlexManager) {}
+    /// Replaces the elements with copies of `other`'s, as ZoList's assignment does.
     ZoListSorted& operator=(const ZoListSorted& other)
     {
         Base::operator=(other);

@@ -17,12 +17,16 @@ struct ZoNodeLinked;
 template <class T>
 struct ZoNodeLinked<T, 1>
 {
+    /// Unlinked node holding an element made from `args`.
     template <class... Args>
     explicit ZoNodeLinked(Args&&... args) : next(nullptr), prev(nullptr), element(std::forward<Args>(args)...)
     {
     }
 
+    /// The next node; null after the tail of an open list. Must stay the first field (the pool's free list uses it).
     ZoNodeLinked* next;
+    /// The previous node; null before the head of an open list.
     ZoNodeLinked* prev;
+    /// The element, stored by value.
     T element;
 };
