@@ -21,7 +21,9 @@ public:
     /// The digest of `size` bytes at `data` (which may be null when `size` is 0).
     static CString GetChecksum(const unsigned char* data, uint32_t size);
 
+    /// Copies a computation's state (buffer, bit count, words).
     ZoMD5(const ZoMD5& other) = default;
+    /// Copies a computation's state (buffer, bit count, words).
     ZoMD5& operator=(const ZoMD5& other) = default;
 
 private:

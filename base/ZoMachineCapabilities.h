@@ -22,6 +22,7 @@
 class ZO_API ZoMachineCapabilities : public ZoSingleton<ZoMachineCapabilities>
 {
 public:
+    /// Processor makers the vendor table knows; eVendorUnknown for any other vendor id.
     enum EProcessorVendor
     {
         eVendorUnknown,
@@ -35,14 +36,18 @@ public:
     /// The number of logical processors the process may run on (at least 1).
     uint32_t GetCPUCount() const { return m_cpuCount; }
 
+    /// The maker found from the processor's vendor id; eVendorUnknown when it is not in the table.
     EProcessorVendor GetProcessorVendor() const { return m_vendor; }
     /// The vendor's name ("Intel", "AMD" ...), or the processor's own vendor id when the vendor is not
     /// in the table; empty when there is no identification.
     const CString& GetProcessorVendorName() const { return m_vendorName; }
     /// The brand text the processor gives ("Intel(R) Core(TM) i7-8700 CPU @ 3.20GHz"); may be empty.
     const CString& GetProcessorModelName() const { return m_modelName; }
+    /// Display family from the processor signature (extended family included); 0 without identification.
     uint32_t GetProcessorFamily() const { return m_family; }
+    /// Display model from the processor signature (extended model included); 0 without identification.
     uint32_t GetProcessorModel() const { return m_model; }
+    /// Stepping from the processor signature; 0 without identification.
     uint32_t GetProcessorStepping() const { return m_stepping; }
 
     /// Bytes of physical memory in all (0 when the system cannot say).
@@ -52,12 +57,15 @@ public:
 
     /// The vendor table: the vendor of a 12-character vendor id, and the name it is shown with.
     static EProcessorVendor VendorOfId(const char* vendorId);
+    /// The name a vendor is shown with ("Intel", "AMD" ...); empty for eVendorUnknown.
     static CString VendorName(EProcessorVendor vendor);
     /// Family, model and stepping from a processor signature. The extended family counts only for
     /// base family 15, the extended model only for base families 6 and 15.
     static void DecodeSignature(uint32_t signature, uint32_t& family, uint32_t& model, uint32_t& stepping);
 
+    /// The process-wide instance; the library makes it while it loads, so the figures are read once.
     static ZoMachineCapabilities& GetInstance();
+    /// True once the instance exists; makes nothing.
     static bool HasInstance();
 
 private:

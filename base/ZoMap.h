@@ -51,16 +51,24 @@ template <class Key, class Value, int Flags = 0>
 class ZO_TEMPLATE_API ZoMap
 {
 public:
+    /// One key-value pair, a node of the pool; chained within its bucket through `next`.
     struct SAssociation
     {
+        /// The next association of the same bucket, or null.
         SAssociation* next;
+        /// The bucket the association hangs in; iteration continues from it.
         uint32_t bucketIndex;
+        /// The key, copied in on insertion.
         Key key;
+        /// The value, default-made on insertion.
         Value value;
     };
+    /// The pool the associations come from.
     typedef ZoPlexManager<SAssociation, 0, 0> PlexManager;
+    /// Opaque iteration position: an association; null at the end.
     typedef void* Position;
 
+    /// 17: the bucket count the library gives every map it makes.
     static const uint32_t sc_uiDefaultBucketCount = 17;
 
     /// `createBuckets` makes the (cleared) bucket table at once instead of on the first insertion.
@@ -71,6 +79,7 @@ public:
         if (createBuckets)
             createBucketTable();
     }
+    /// A map with `other`'s pool block size and current bucket count, filled with copies of its pairs (a pool of its own).
     ZoMap(const ZoMap& other) : ZoMap(other.m_plexManager->GetNodesPerBlock(), other.m_bucketCount)
     {
         for (Position position = other.GetStartPosition(); position != nullptr;) {
@@ -78,6 +87,7 @@ public:
             (*this)[association->key] = association->value;
         }
     }
+    /// Removes this map's pairs, then inserts copies of `other`'s; the bucket count stays this map's.
     ZoMap& operator=(const ZoMap& other)
     {
         if (this != &other) {
@@ -91,9 +101,13 @@ public:
     }
     ~ZoMap() { RemoveAll(); }
 
+    /// Number of key-value pairs; 0 for an empty map.
     uint32_t GetCount() const { return m_count; }
+    /// True when the map holds no pair.
     bool IsEmpty() const { return m_count == 0; }
+    /// The number of buckets, whether or not the table exists yet.
     uint32_t GetHashTableSize() const { return m_bucketCount; }
+    /// True while the bucket table exists (after the first insertion, or when made at construction).
     bool HasHashTable() const { return m_buckets.GetCount() != 0; }
     /// Changes the bucket count; only while the map is empty (otherwise nothing happens).
     void InitHashTable(uint32_t bucketCount, bool createNow = true)
@@ -112,6 +126,7 @@ public:
         SAssociation* association = findAssociation(key);
         return association != nullptr ? &association->value : nullptr;
     }
+    /// Copies the value under `key` into `value` and returns true; false (and `value` untouched) when absent.
     bool Lookup(const Key& key, Value& value) const
     {
         const Value* found = Find(key);
@@ -127,6 +142,7 @@ public:
             return association->value;
         return insertAssociation(key)->value;
     }
+    /// Stores `value` under `key`, replacing an earlier value.
     void SetAt(const Key& key, const Value& value) { (*this)[key] = value; }
     /// False when the key was absent. Removing the last association releases the bucket table.
     bool RemoveKey(const Key& key)
@@ -148,6 +164,7 @@ public:
         }
         return false;
     }
+    /// Removes every pair, releases the bucket table and returns to the initial bucket count.
     void RemoveAll()
     {
         for (uint32_t bucket = 0; bucket < m_buckets.GetCount(); ++bucket) {
@@ -163,6 +180,7 @@ public:
         m_bucketCount = m_initialBucketCount;
     }
 
+    /// Position of the first pair in bucket order; null for an empty map.
     Position GetStartPosition() const { return firstFrom(0); }
     /// Requires: position is not null. Hands out the association's key and value and advances.
     void GetNextAssoc(Position& position, Key& key, Value& value) const
@@ -171,6 +189,7 @@ public:
         key = association->key;
         value = association->value;
     }
+    /// The pool the associations come from.
     const ZoSmartPointer<PlexManager>& GetPlexManager() const { return m_plexManager; }
 
 private:

@@ -17,10 +17,13 @@ class ZO_API ZoMemoryBlock : public ZoReferenceCountedClass<ZoMemoryBlock>
 public:
     /// Allocates `size` uninitialised bytes from the C heap; the buffer is null when that fails.
     explicit ZoMemoryBlock(size_t size);
+    /// Shallow: shares `other`'s buffer (see the class note); both blocks will free it.
     ZoMemoryBlock(const ZoMemoryBlock& other);
+    /// Shallow: takes `other`'s buffer pointer without freeing the old one (see the class note).
     ZoMemoryBlock& operator=(const ZoMemoryBlock& other);
     ~ZoMemoryBlock() override;
 
+    /// The buffer; null when the allocation failed.
     unsigned char* GetData() const { return m_data; }
     /// Resizes the buffer with the C heap's reallocation; every holder of the block sees the moved
     /// buffer. On failure the old bytes are freed and the buffer becomes null.

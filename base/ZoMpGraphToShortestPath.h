@@ -37,17 +37,25 @@ class ZO_API ZoMpGraphToShortestPath : public ZoMpAlgorithm
     ZoGraphPathIterator GetOutput() const;
 
 protected:
+    /// Non-zero once SetInput has given a graph, a start and an end.
     int checkInputData() const override;
+    /// Runs the search; non-zero when the end was reached (the path is then linked through the nodes), 0 when it cannot be.
     int compute() override;
 
     /// The recording: the graph (names, connections by node index and weight), start and end; the
     /// output is the success flag and the path's node indices.
     void serializeUnitTestInput(ZoStreamWriteBinary& stream) const override;
+    /// Reads a recorded graph, start and end, and makes them the input; the graph is owned until releaseUnitTestInput.
     void serializeUnitTestInput(ZoStreamReadBinary& stream) override;
+    /// Writes the success flag and the path's node indices.
     void serializeUnitTestOutput(ZoStreamWriteBinary& stream) const override;
+    /// Reads a recorded success flag and path for compareResult.
     void serializeUnitTestOutput(ZoStreamReadBinary& stream) override;
+    /// Deletes a graph read from a recording, and forgets the input when it was that graph.
     void releaseUnitTestInput() override;
+    /// Forgets the recorded output.
     void releaseUnitTestOutput() override;
+    /// Non-zero when this run's success flag and path equal the recorded ones.
     int compareResult() const override;
 
 private:

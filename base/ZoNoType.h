@@ -8,5 +8,6 @@
 class ZO_API ZoNoType
 {
 public:
+    /// Does nothing: there is no state.
     ZoNoType& operator=(const ZoNoType&) = default;
 };

@@ -8,5 +8,6 @@
 class ZO_API ZoNullPointer
 {
 public:
+    /// Always null, so a ZoNullPointer converts to any pointer as an empty one.
     operator void*() const { return nullptr; }
 };
