@@ -15,10 +15,14 @@ class ZoObserver;
 /// a `once` entry is removed just before its first notification by NotifyObservers.
 struct ZoObserverInfo
 {
+    /// The observer; null once the entry was removed during a delivery.
     ZoObserver* observer;
+    /// Handed back in every message of NotifyObservers to this entry.
     void* userData;
+    /// Non-zero: the entry is removed just before its first NotifyObservers message.
     int once;
 
+    /// True when all three fields are equal.
     bool operator==(const ZoObserverInfo& other) const
     {
         return observer == other.observer && userData == other.userData && once == other.once;
@@ -41,6 +45,7 @@ struct ZoObserverInfo
 class ZO_API ZoObservable
 {
 public:
+    /// Message type: an index 0..20 of the observer lists.
     typedef ZoObservableMessage::EMessageType EMessageType;
 
     ZoObservable();
@@ -59,6 +64,7 @@ public:
 
     /// Registered for any type (for the given type), not counting entries removed during a delivery.
     bool IsObserver(const ZoObserver& observer) const;
+    /// Registered for `type`; false for a type outside 0..20.
     bool IsObserver(const ZoObserver& observer, EMessageType type) const;
     /// The entries of the type's list, including those removed during a delivery that is still
     /// going on (they are purged when it ends).

@@ -38,9 +38,12 @@ public:
         eMessageTypeCount = 21,
     };
 
+    /// A message of `type` carrying `userData`, which the message does not own.
     ZoObservableMessage(EMessageType type, void* userData);
 
+    /// The type the message was sent or notified as.
     EMessageType GetType() const { return m_type; }
+    /// The registration's (or the sender's) user data; may be null.
     void* GetUserData() const { return m_userData; }
 
 private:

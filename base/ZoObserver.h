@@ -19,6 +19,7 @@
 class ZO_API ZoObserver
 {
 public:
+    /// Message type: an index 0..20 of the observer lists.
     typedef ZoObservableMessage::EMessageType EMessageType;
 
     ZoObserver();
@@ -29,15 +30,19 @@ public:
     /// Unregisters from every observable it observes.
     virtual ~ZoObserver();
 
+    /// Registers for messages of `type`, which carry `userData`; `once` non-zero unregisters before the first notification. A repeated registration keeps the first's user data and once flag.
     void Observe(ZoObservable& observable, EMessageType type, void* userData, int once = 0);
+    /// Registers for messages of `type` with null user data; `once` as above.
     void Observe(ZoObservable& observable, EMessageType type, int once = 0);
     /// For every message type.
     void Observe(ZoObservable& observable, void* userData, int once = 0);
+    /// Registers for every message type with null user data; `once` as above.
     void Observe(ZoObservable& observable, int once = 0);
     /// Ends the registration for one type; the observable is forgotten once no type is left.
     void Unobserve(ZoObservable& observable, EMessageType type);
     /// Ends every registration with the observable.
     void Unobserve(ZoObservable& observable);
+    /// True while any registration with `observable` stands.
     bool IsObserving(const ZoObservable& observable) const;
 
 protected:

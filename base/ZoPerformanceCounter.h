@@ -25,10 +25,14 @@ public:
     ZoPerformanceCounter(TickSource tickSource, int64_t frequency);
     ~ZoPerformanceCounter() override;
 
+    /// The current tick count of the source; only differences mean anything.
     int64_t GetTicks() const { return m_tickSource(); }
+    /// Ticks per second; above 0.
     int64_t GetFrequency() const { return m_frequency; }
 
+    /// The process-wide counter over the system's clock, made on first use.
     static ZoPerformanceCounter& GetInstance();
+    /// True once the process-wide counter exists; makes nothing.
     static bool HasInstance();
 
 private:

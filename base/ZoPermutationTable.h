@@ -16,12 +16,15 @@
 class ZO_API ZoPermutationTable
 {
 public:
+    /// 0xFFFFFFFF: what GetUnique returns for a value that does not occur.
     static const uint32_t sc_uiNotPresent = 0xFFFFFFFFu;
 
     /// Requires: every value is less than `count`, since the unique table is indexed by value and
     /// has `count` entries (not checked).
     ZoPermutationTable(const uint32_t* values, uint32_t count);
+    /// Shares `other`'s two tables (reference-counted blocks; neither table changes after construction).
     ZoPermutationTable(const ZoPermutationTable& other);
+    /// Shares `other`'s two tables, as the copy constructor does.
     ZoPermutationTable& operator=(const ZoPermutationTable& other);
     virtual ~ZoPermutationTable();
 
@@ -30,6 +33,7 @@ public:
     uint32_t GetUnique(uint32_t value) const { return uniqueTable()[value]; }
     /// The value with dense number `unique`. Requires: unique < GetNumUniqueEntries() (not checked).
     uint32_t GetOriginal(uint32_t unique) const { return valueTable()[unique]; }
+    /// Number of distinct values; GetUnique returns 0 up to one less.
     uint32_t GetNumUniqueEntries() const { return m_numUniqueEntries; }
 
 protected:

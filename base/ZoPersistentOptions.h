@@ -32,6 +32,7 @@ public:
         eCurrentConfig = 4, ///< HKEY_CURRENT_CONFIG
     };
 
+    /// Nothing to assign: the class has no state.
     ZoPersistentOptions& operator=(const ZoPersistentOptions&) = default;
 
     /// Writes create the key path as needed and replace an existing value of that name, whatever its
@@ -39,8 +40,11 @@ public:
     /// as 0); a text as REG_SZ, its UTF-16 code units without a terminating zero (an empty text is a
     /// value of 0 bytes). 0 when the key cannot be created or the value not set.
     static int WriteOption(const CString& key, const CString& name, bool value, EPersistentOptionsCategory category);
+    /// Stored as REG_DWORD, the number's 4 bytes little-endian; 0 on failure.
     static int WriteOption(const CString& key, const CString& name, int32_t value, EPersistentOptionsCategory category);
+    /// Stored as REG_DWORD, 4 bytes little-endian; 0 on failure.
     static int WriteOption(const CString& key, const CString& name, uint32_t value, EPersistentOptionsCategory category);
+    /// Stored as REG_SZ, its UTF-16 code units without a terminator; 0 on failure.
     static int WriteOption(const CString& key, const CString& name, const CString& value,
                            EPersistentOptionsCategory category);
     /// Without this overload a u"..." literal would convert to bool, not to CString, and be stored
@@ -56,7 +60,9 @@ public:
     /// failed uint32_t read may have written into it). A bool is true only when the stored number is
     /// exactly 1: a 2 written by another program reads as false.
     static int ReadOption(const CString& key, const CString& name, bool& value, EPersistentOptionsCategory category);
+    /// Reads 4 bytes; 0 on failure, `value` then as it was.
     static int ReadOption(const CString& key, const CString& name, int32_t& value, EPersistentOptionsCategory category);
+    /// Reads 4 bytes; 0 on failure (on Windows `value` may then have been written).
     static int ReadOption(const CString& key, const CString& name, uint32_t& value, EPersistentOptionsCategory category);
     /// Reads at most `maxLength` characters; a longer stored text fails. A text of exactly
     /// `maxLength` characters is read whole, so pass more than the longest text you expect when you

@@ -22,6 +22,7 @@ template <class Node, int A = 0, int B = 0>
 class ZO_TEMPLATE_API ZoPlexManager : public ZoReferenceCountedClass<ZoPlexManager<Node, A, B>>
 {
 public:
+    /// An empty pool that allocates `nodesPerBlock` nodes at a time; 0 makes a pool that hands out null.
     explicit ZoPlexManager(uint32_t nodesPerBlock = 10) : m_blocks(nullptr), m_freeList(nullptr), m_nodesPerBlock(nodesPerBlock) {}
     ZoPlexManager(const ZoPlexManager&) = delete;
     ZoPlexManager& operator=(const ZoPlexManager&) = delete;
@@ -82,7 +83,9 @@ public:
         }
     }
 
+    /// Nodes per allocated block, as given at construction.
     uint32_t GetNodesPerBlock() const { return m_nodesPerBlock; }
+    /// Number of blocks allocated and not yet freed (counts the chain; linear time).
     uint32_t GetBlockCount() const
     {
         uint32_t count = 0;
@@ -90,6 +93,7 @@ public:
             ++count;
         return count;
     }
+    /// Number of nodes on the free list (walks it; linear time).
     uint32_t GetFreeNodeCount() const
     {
         uint32_t count = 0;

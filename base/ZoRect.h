@@ -13,18 +13,24 @@ class ZO_TEMPLATE_API ZoRect
 {
 public:
     ZoRect() : left(), right(), top(), bottom() {}
+    /// From the first and end column, then the first and end row (ends exclusive).
     ZoRect(T firstColumn, T endColumn, T firstRow, T endRow) : left(firstColumn), right(endColumn), top(firstRow), bottom(endRow) {}
 
     /// Requires: left <= right and top <= bottom for the sizes to mean anything (not checked).
     T GetWidth() const { return right - left; }
+    /// Number of rows, bottom - top.
     T GetHeight() const { return bottom - top; }
+    /// True when the rectangle holds no cell (an end not past its start).
     bool IsEmpty() const { return !(left < right) || !(top < bottom); }
+    /// True when `point` lies inside, the end column and row excluded.
     bool Contains(const ZoPoint<T>& point) const { return !(point.x < left) && point.x < right && !(point.y < top) && point.y < bottom; }
 
+    /// True when all four values are equal.
     bool operator==(const ZoRect& other) const
     {
         return left == other.left && right == other.right && top == other.top && bottom == other.bottom;
     }
+    /// True when any value differs.
     bool operator!=(const ZoRect& other) const { return !(*this == other); }
 
     T left;   ///< first column
