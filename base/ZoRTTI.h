@@ -23,18 +23,25 @@ public:
     /// Makes a new instance of the class, or copies an existing one; both return the object as an
     /// untyped pointer to the class itself.
     typedef void* (*CreateFunction)();
+    /// Copies the object at `source` (of the class itself); returns the copy, owned by the caller.
     typedef void* (*CloneFunction)(void* source);
 
+    /// Describes class `name` with no registered base and registers it under that name. `create` and `clone` may be null: the class then cannot be made by name.
     ZoRTTI(const CString& name, CreateFunction create, CloneFunction clone);
+    /// Describes class `name` with one registered base and registers it; `create` and `clone` may be null.
     ZoRTTI(const CString& name, const ZoRTTI& base, CreateFunction create, CloneFunction clone);
+    /// Describes class `name` with two registered bases and registers it; `create` and `clone` may be null.
     ZoRTTI(const CString& name, const ZoRTTI& base1, const ZoRTTI& base2, CreateFunction create, CloneFunction clone);
     /// Frees the base list; the registry entry stays (entries are never removed).
     ~ZoRTTI();
     ZoRTTI(const ZoRTTI&) = delete;
     ZoRTTI& operator=(const ZoRTTI&) = delete;
 
+    /// The class name the descriptor was made with, as the registry knows it.
     const CString& GetName() const { return m_name; }
+    /// Identity: true only for the very same descriptor.
     bool operator==(const ZoRTTI& other) const { return this == &other; }
+    /// Identity: true for any other descriptor.
     bool operator!=(const ZoRTTI& other) const { return this != &other; }
     /// The very same descriptor.
     bool Is(const ZoRTTI& other) const { return this == &other; }
@@ -42,6 +49,7 @@ public:
     bool IsKindOf(const ZoRTTI& other) const;
     /// The base list as stored: null, or [count, base1, (base2)].
     const uintptr_t* GetBaseClassRTTI() const { return m_baseList; }
+    /// Number of registered bases: 0, 1 or 2.
     uint32_t GetBaseCount() const { return m_baseList == nullptr ? 0 : static_cast<uint32_t>(m_baseList[0]); }
     /// Requires: index < GetBaseCount().
     const ZoRTTI& GetBase(uint32_t index) const { return *reinterpret_cast<const ZoRTTI*>(m_baseList[index + 1]); }
@@ -65,7 +73,9 @@ private:
 template <class T>
 struct ZO_TEMPLATE_API ZoRTTIFactory
 {
+    /// A default-made T, owned by the caller.
     static void* Create() { return new T(); }
+    /// A copy of the T at `source`, owned by the caller.
     static void* Clone(void* source) { return new T(*static_cast<T*>(source)); }
 };
 

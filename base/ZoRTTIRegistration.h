@@ -19,10 +19,14 @@
 class ZO_API ZoRTTIRegistration : public ZoSingleton<ZoRTTIRegistration>
 {
 public:
+    /// What the registry keeps per class name.
     struct Registration
     {
+        /// The class's descriptor.
         const ZoRTTI* rtti;
+        /// Makes an instance by name; null when the class cannot be made by name.
         ZoRTTI::CreateFunction create;
+        /// Copies an instance; null when the class cannot be copied by name.
         ZoRTTI::CloneFunction clone;
     };
 
@@ -30,11 +34,13 @@ public:
     void Register(const CString& name, const ZoRTTI* rtti, ZoRTTI::CreateFunction create, ZoRTTI::CloneFunction clone);
     /// The record registered under exactly this name, or null.
     const Registration* Lookup(const CString& name) const;
+    /// Number of distinct names registered.
     uint32_t GetCount() const { return m_classes.GetCount(); }
 
     /// The registry lives in the library: these hide ZoSingleton's accessors so that a program always
     /// reaches the library's one instance, even where template statics cannot be shared.
     static ZoRTTIRegistration& GetInstance();
+    /// True once the registry exists (the library makes it while it loads); makes nothing.
     static bool HasInstance();
 
 private:

@@ -14,7 +14,9 @@ class ZoWeakPointer;
 /// link to the next record of the same object.
 struct ZoWeakPointerRecord
 {
+    /// The watched object; null once the object has died.
     void* object;
+    /// The next record registered with the same object, or null.
     ZoWeakPointerRecord* next;
 };
 
@@ -41,7 +43,9 @@ class ZO_TEMPLATE_API ZoReferenceCountedClass
 {
 public:
     ZoReferenceCountedClass() : m_count(0), m_weakList(nullptr) {}
+    /// Constructing from a T starts a fresh count (0) and an empty weak list.
     ZoReferenceCountedClass(const T&) : m_count(0), m_weakList(nullptr) {}
+    /// Copies the count and the weak list verbatim (see the class note: the copy must balance its count).
     ZoReferenceCountedClass(const ZoReferenceCountedClass& other)
         : m_count(other.m_count.load(std::memory_order_relaxed)), m_weakList(other.m_weakList)
     {
@@ -55,6 +59,7 @@ public:
         }
     }
 
+    /// Copies the count and the weak list verbatim, as the copy constructor does.
     ZoReferenceCountedClass& operator=(const ZoReferenceCountedClass& other)
     {
         m_count.store(other.m_count.load(std::memory_order_relaxed), std::memory_order_relaxed);
@@ -119,12 +124,16 @@ private:
 class ZoReferenceCountedAccess
 {
 public:
+    /// Takes a reference to `object` and returns it.
     template <class T>
     static auto& GetReference(T& object) { return object.GetReference(); }
+    /// Drops a reference; deletes `object` when the count falls to 0 or below.
     template <class T>
     static void Release(const T& object) { object.Release(); }
+    /// Registers `record` so that it is cleared when `object` dies. Not synchronised.
     template <class T>
     static void RegisterWeakPointer(const T& object, ZoWeakPointerRecord& record) { object.RegisterWeakPointer(&record); }
+    /// Unregisters `record`; nothing when it is not registered. Not synchronised.
     template <class T>
     static void UnregisterWeakPointer(const T& object, ZoWeakPointerRecord& record) { object.UnregisterWeakPointer(&record); }
 };

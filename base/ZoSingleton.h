@@ -24,6 +24,7 @@ template <class T>
 class ZO_TEMPLATE_API ZoSingleton
 {
 public:
+    /// The instance, made on first call under GetCriticalSectionSingleton() and destroyed at process exit. A T constructor that throws leaves no instance; the exception passes to the caller.
     static T& GetInstance()
     {
         if (s_bConstructed.load(std::memory_order_acquire))
@@ -50,6 +51,7 @@ public:
         return *s_pInstance.load(std::memory_order_acquire);
     }
 
+    /// True once the instance exists or is being built; makes nothing.
     static bool HasInstance() { return s_pInstance.load(std::memory_order_acquire) != nullptr; }
 
 protected:
