@@ -20,19 +20,33 @@ class ZO_API ZoStreamRead : public ZoClassRTTI
 
     virtual ~ZoStreamRead();
 
+    /// Reads a text into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when no text can be read.
     virtual ZoStreamRead& operator>>(CString& value) = 0;
+    /// Reads a `double` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(double& value) = 0;
+    /// Reads a `float` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(float& value) = 0;
+    /// Reads a `long long` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(long long& value) = 0;
+    /// Reads a `unsigned long long` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(unsigned long long& value) = 0;
+    /// Reads a `long` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(long& value) = 0;
+    /// Reads a `unsigned long` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(unsigned long& value) = 0;
+    /// Reads a `int` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(int& value) = 0;
+    /// Reads a `unsigned int` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(unsigned int& value) = 0;
+    /// Reads a `short` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(short& value) = 0;
+    /// Reads a `unsigned short` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(unsigned short& value) = 0;
+    /// Reads a `signed char` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(signed char& value) = 0;
+    /// Reads a `unsigned char` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(unsigned char& value) = 0;
+    /// Reads a `bool` into `value`; returns this stream. Throws the stream's exception (ZoExceptionStream) when the data ends first or holds no such value.
     virtual ZoStreamRead& operator>>(bool& value) = 0;
 
     /// Reads a version record (an unsigned int) and returns it. Throws ZoExceptionWrongFileVersion,

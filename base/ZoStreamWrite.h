@@ -20,19 +20,33 @@ class ZO_API ZoStreamWrite : public ZoClassRTTI
 
     virtual ~ZoStreamWrite();
 
+    /// Writes a text; returns this stream. Failures are the concrete stream's (a file stream throws).
     virtual ZoStreamWrite& operator<<(const CString& value) = 0;
+    /// Writes a `double`; returns this stream.
     virtual ZoStreamWrite& operator<<(double value) = 0;
+    /// Writes a `float`; returns this stream.
     virtual ZoStreamWrite& operator<<(float value) = 0;
+    /// Writes a `long long`; returns this stream.
     virtual ZoStreamWrite& operator<<(long long value) = 0;
+    /// Writes a `unsigned long long`; returns this stream.
     virtual ZoStreamWrite& operator<<(unsigned long long value) = 0;
+    /// Writes a `long`; returns this stream.
     virtual ZoStreamWrite& operator<<(long value) = 0;
+    /// Writes a `unsigned long`; returns this stream.
     virtual ZoStreamWrite& operator<<(unsigned long value) = 0;
+    /// Writes a `int`; returns this stream.
     virtual ZoStreamWrite& operator<<(int value) = 0;
+    /// Writes a `unsigned int`; returns this stream.
     virtual ZoStreamWrite& operator<<(unsigned int value) = 0;
+    /// Writes a `short`; returns this stream.
     virtual ZoStreamWrite& operator<<(short value) = 0;
+    /// Writes a `unsigned short`; returns this stream.
     virtual ZoStreamWrite& operator<<(unsigned short value) = 0;
+    /// Writes a `signed char`; returns this stream.
     virtual ZoStreamWrite& operator<<(signed char value) = 0;
+    /// Writes a `unsigned char`; returns this stream.
     virtual ZoStreamWrite& operator<<(unsigned char value) = 0;
+    /// Writes a `bool`; returns this stream.
     virtual ZoStreamWrite& operator<<(bool value) = 0;
 
     /// A terminated UTF-16 text, written as a CString.
