@@ -37,7 +37,9 @@ class ZO_API ZoStreamReadASCII : public ZoStreamRead
 
 protected:
     ZoStreamReadASCII();
+    /// For derived streams: copies the end-of-stream state.
     ZoStreamReadASCII(const ZoStreamReadASCII&) = default;
+    /// For derived streams: copies the end-of-stream state.
     ZoStreamReadASCII& operator=(const ZoStreamReadASCII&) = default;
 
     /// Reads the next byte into c; true when there was none (the stream has ended or failed).

@@ -32,6 +32,7 @@ class ZO_API ZoStreamReadASCIIFile : public ZoStreamReadASCII
     ZoStreamReadASCIIFile(const ZoStreamReadASCIIFile&) = delete;
     ZoStreamReadASCIIFile& operator=(const ZoStreamReadASCIIFile&) = delete;
 
+    /// The archive read from: the caller's, or the one the stream opened; never null.
     CArchive* GetArchive() const { return m_archive; }
 
 protected:

@@ -18,15 +18,19 @@ class ZO_API ZoStreamReadBinaryFile : public ZoStreamReadBinary
 
     /// Reads from the caller's archive, which must stay alive and stays the caller's.
     explicit ZoStreamReadBinaryFile(CArchive& archive);
+    /// Opens the file through the archive factory (compressed files are expanded). Throws ZoExceptionStream ("openFile") when it cannot be opened.
     explicit ZoStreamReadBinaryFile(const CString& fileName);
+    /// As above, with the file name taken inside a well-known folder.
     ZoStreamReadBinaryFile(ZoClassSerialization::ESpecialDirectory directory, const CString& fileName);
     ~ZoStreamReadBinaryFile() override;
     ZoStreamReadBinaryFile(const ZoStreamReadBinaryFile&) = delete;
     ZoStreamReadBinaryFile& operator=(const ZoStreamReadBinaryFile&) = delete;
 
+    /// Releases the file the stream opened. Throws ZoExceptionStream ("Close") on a caller's archive or when already closed.
     void Close();
     /// The path of the archive's file; empty without an archive or file.
     CString GetFilename() const;
+    /// The archive read from (the caller's or the stream's own); null after Close().
     CArchive* GetArchive() const { return m_archive; }
 
 protected:

@@ -13,11 +13,16 @@ class ZO_API ZoStreamReadBinaryMemory : public ZoStreamReadBinary
 {
     ZO_DECLARE_RTTI()
 
+    /// Reads from a copy of the `size` bytes at `data` (which may be null when `size` is 0).
     ZoStreamReadBinaryMemory(const void* data, uint64_t size);
+    /// Reads from `data`, taken over.
     explicit ZoStreamReadBinaryMemory(std::vector<unsigned char> data);
 
+    /// Bytes read so far.
     uint64_t GetPosition() const { return m_position; }
+    /// Bytes left to read.
     uint64_t GetRemaining() const { return m_data.size() - m_position; }
+    /// Goes back to the first byte.
     void Rewind() { m_position = 0; }
 
 protected:

@@ -59,7 +59,9 @@ class ZO_API ZoStreamWriteASCII : public ZoStreamWrite
 
 protected:
     ZoStreamWriteASCII() = default;
+    /// For derived streams; the base has no state.
     ZoStreamWriteASCII(const ZoStreamWriteASCII&) = default;
+    /// For derived streams; the base has no state.
     ZoStreamWriteASCII& operator=(const ZoStreamWriteASCII&) = default;
 
     /// Delivers one piece of text to the stream's destination.

@@ -46,6 +46,7 @@ class ZO_API ZoStreamWriteASCIIFile : public ZoStreamWriteASCII
 
     using ZoStreamWriteASCII::operator<<;
 
+    /// The archive written to: the caller's, or the one the stream opened; never null.
     CArchive* GetArchive() const { return m_archive; }
 
 protected:

@@ -13,7 +13,9 @@ class ZO_API ZoStreamWriteASCIIString : public ZoStreamWriteASCII
     ZO_DECLARE_RTTI()
 
     ZoStreamWriteASCIIString() = default;
+    /// Copies the collected text.
     ZoStreamWriteASCIIString(const ZoStreamWriteASCIIString& other);
+    /// Replaces the collected text with a copy of `other`'s.
     ZoStreamWriteASCIIString& operator=(const ZoStreamWriteASCIIString& other);
     ~ZoStreamWriteASCIIString() override;
 
@@ -23,7 +25,9 @@ class ZO_API ZoStreamWriteASCIIString : public ZoStreamWriteASCII
     unsigned int GetLength() const { return static_cast<unsigned int>(m_text.GetLength()); }
     /// Forgets the collected text.
     void Empty() { m_text.Empty(); }
+    /// The collected text, so the stream can stand where a CString is expected.
     operator const CString&() const { return m_text; }
+    /// The collected text; stays valid until the next write or Empty().
     const CString& GetText() const { return m_text; }
 
     /// Writes the collected text to `stream` as one string.

@@ -18,12 +18,14 @@ class ZO_API ZoStreamWriteBinaryFile : public ZoStreamWriteBinary
 {
     ZO_DECLARE_RTTI()
 
+    /// How a file the stream opens is written; the numbers are the ones callers pass.
     enum ECompressionMode
     {
         eCompressionNone = 0,
         eCompressionUncompressed = 1,
         eCompressionZIP = 2,
     };
+    /// Whether a file the stream opens is replaced or appended to.
     enum EAccessMode
     {
         eAccessWrite = 0,
@@ -32,8 +34,10 @@ class ZO_API ZoStreamWriteBinaryFile : public ZoStreamWriteBinary
 
     /// Writes to the caller's archive, which must stay alive and stays the caller's.
     explicit ZoStreamWriteBinaryFile(CArchive& archive);
+    /// Opens (creates, truncates or appends to) the file through the archive factory. Throws ZoExceptionStream ("openFile") when it cannot be opened, ZoExceptionPreconditionViolation when appending is combined with compression.
     ZoStreamWriteBinaryFile(const CString& fileName, ECompressionMode compression = eCompressionNone,
                             EAccessMode access = eAccessWrite);
+    /// As above, with the file name taken inside a well-known folder.
     ZoStreamWriteBinaryFile(ZoClassSerialization::ESpecialDirectory directory, const CString& fileName,
                             ECompressionMode compression = eCompressionNone, EAccessMode access = eAccessWrite);
     /// Releases an owned file (writing a compressed one); never throws, so call Close() to learn
@@ -45,7 +49,9 @@ class ZO_API ZoStreamWriteBinaryFile : public ZoStreamWriteBinary
     /// Throws ZoExceptionStream ("Close") for a stream on a caller's archive, one already closed, or
     /// when the file could not be finished.
     void Close();
+    /// The path of the archive's file; empty without an archive or file.
     CString GetFilename() const;
+    /// The archive written to (the caller's or the stream's own); null after Close().
     CArchive* GetArchive() const { return m_archive; }
 
 protected:

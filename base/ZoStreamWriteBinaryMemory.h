@@ -16,9 +16,13 @@ class ZO_API ZoStreamWriteBinaryMemory : public ZoStreamWriteBinary
 
     ZoStreamWriteBinaryMemory() = default;
 
+    /// Everything written so far.
     const std::vector<unsigned char>& GetBuffer() const { return m_buffer; }
+    /// The first byte written; may be null while nothing is written. Invalidated by the next write.
     const unsigned char* GetData() const { return m_buffer.data(); }
+    /// Number of bytes written.
     uint64_t GetSize() const { return m_buffer.size(); }
+    /// Forgets what was written; the next write starts a new buffer.
     void Empty() { m_buffer.clear(); }
 
 protected:
