@@ -21,6 +21,7 @@
 class ZO_API ZoTask : public ZoReferenceCountedClass<ZoTask>
 {
 public:
+    /// run()'s result: a bool whose value must be looked at (an unchecked one asserts).
     typedef ZoCheckReturn<bool, ZoCheckReturnPolicyAssert> CheckedBool;
 
     /// Done event not signalled, success false.
@@ -28,6 +29,7 @@ public:
     /// Copies the success flag and duplicates the done event (both tasks then share one event); the
     /// reference count is copied as the base class copies it.
     ZoTask(const ZoTask& other);
+    /// Copies the success flag and makes this task share `other`'s done event, as the copy constructor does.
     ZoTask& operator=(const ZoTask& other);
     ~ZoTask() override;
 
@@ -40,6 +42,7 @@ public:
     /// Calls run(). An exception makes the task unsuccessful and goes no further; otherwise the
     /// result is looked at and becomes the success flag. Does not signal the done event.
     void Run();
+    /// The result of the last Run(); false before any run and after one that threw.
     bool IsSuccessful() const { return m_success.load(); }
     /// Blocks up to `timeoutMs` (INFINITE: without limit) on the done event; false only when the
     /// wait timed out.

@@ -26,13 +26,16 @@ public:
     /// Copies the other queue's tasks and handlers (taken under its lock) into lists of this queue's
     /// own; the copy has its own lock and its own task-added event.
     ZoTaskQueue(const ZoTaskQueue& other);
+    /// Replaces this queue's tasks and handlers with copies of `other`'s lists (taken under its lock).
     ZoTaskQueue& operator=(const ZoTaskQueue& other);
     ~ZoTaskQueue();
 
     /// Under the lock: calls every handler with eTaskAdded, appends the task, pulses the task-added
     /// event. Requires: a task (a null one is dropped by the worker unrun).
     void AddTask(ZoSmartPointer<ZoTask> task);
+    /// Number of queued tasks, read under the lock.
     uint32_t GetCount() const;
+    /// Non-zero when no task is queued, read under the lock.
     int IsEmpty() const;
     /// Appends the handler unless the same object is registered already.
     void RegisterEventHandler(ZoSmartPointer<ZoTaskQueueEventHandler> handler);
@@ -40,13 +43,16 @@ public:
     void UnregisterEventHandler(ZoSmartPointer<ZoTaskQueueEventHandler> handler);
 
 protected:
+    /// The queued tasks, oldest first.
     typedef ZoList<ZoSmartPointer<ZoTask>, 0x21> TaskList;
+    /// The registered handlers, in registration order.
     typedef ZoList<ZoSmartPointer<ZoTaskQueueEventHandler>, 0x21> HandlerList;
 
     /// The head task, removed from the queue; null when the queue is empty.
     ZoSmartPointer<ZoTask> takeTask();
     /// Calls every handler without holding the lock (on a snapshot taken under it).
     void notifyHandlers(ZoTaskQueueEventHandler::EEvent event, const ZoSmartPointer<ZoTask>& task);
+    /// Pulsed by AddTask; the worker waits on it for work.
     ZoEvent& getTaskAddedEvent() { return m_taskAdded; }
 
 private:

@@ -16,6 +16,7 @@
 class ZO_API ZoTaskQueueEventHandler : public ZoReferenceCountedClass<ZoTaskQueueEventHandler>
 {
 public:
+    /// When the handler is called; the comments say on which thread.
     enum EEvent
     {
         eTaskAdded = 0,    ///< in ZoTaskQueue::AddTask, before the task is appended
@@ -29,5 +30,6 @@ public:
 protected:
     friend class ZoTaskQueue;
 
+    /// Called for each event of a queue the handler is registered with: eTaskAdded under the queue's lock (do not call back into the queue from another thread then), the others without it.
     virtual void onTaskQueueEvent(EEvent event, ZoSmartPointer<ZoTask> task) = 0;
 };

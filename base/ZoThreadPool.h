@@ -66,9 +66,12 @@ public:
     uint32_t GetWorkerLimit() const { return m_workerLimit; }
     /// Workers alive and workers idle; a snapshot taken under the pool's lock.
     uint32_t GetWorkerCount() const;
+    /// Workers waiting for a task; a snapshot taken under the pool's lock.
     uint32_t GetIdleWorkerCount() const;
 
+    /// The process-wide pool, made on first use with its workers started.
     static ZoThreadPool& GetInstance();
+    /// True once the pool exists; makes nothing.
     static bool HasInstance();
 
 protected:

@@ -21,12 +21,15 @@ public:
     ZoUnionFind();
     /// `count` elements, each its own set.
     explicit ZoUnionFind(uint32_t count);
+    /// Copies the entries.
     ZoUnionFind(const ZoUnionFind& other);
+    /// Replaces the entries with a copy of `other`'s.
     ZoUnionFind& operator=(const ZoUnionFind& other);
     ~ZoUnionFind();
 
     /// `count` elements, each its own set; earlier merges are forgotten.
     void InitElements(uint32_t count);
+    /// Number of elements.
     uint32_t GetCount() const { return m_entries.GetCount(); }
     /// The root of i's set, following parents without changing them.
     uint32_t GetRoot(uint32_t i) const;

@@ -15,8 +15,11 @@ class ZO_TEMPLATE_API ZoWeakPointer
 {
 public:
     ZoWeakPointer() : m_record{nullptr, nullptr} {}
+    /// Watches `object` (may be null).
     explicit ZoWeakPointer(T* object) : m_record{nullptr, nullptr} { Reset(object); }
+    /// Watches the object `other` watches, with a record of its own.
     ZoWeakPointer(const ZoWeakPointer& other) : m_record{nullptr, nullptr} { Reset(other.Get()); }
+    /// Stops watching the current object and watches the one `other` watches.
     ZoWeakPointer& operator=(const ZoWeakPointer& other)
     {
         if (this != &other)
@@ -35,6 +38,7 @@ public:
         if (object != nullptr)
             object->RegisterWeakPointer(&m_record);
     }
+    /// The object, or null once it has died; takes no reference, so hold GetCriticalSectionWeakPointerBase() when another thread may release it.
     T* Get() const { return static_cast<T*>(m_record.object); }
 
 private:

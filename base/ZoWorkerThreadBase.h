@@ -25,6 +25,7 @@ class ZO_API ZoWorkerThreadBase : public ZoThread<ZoWorkerThreadBase, ZoThreadPo
 public:
     /// Named "ZoWorkerThreadBase", normal priority.
     ZoWorkerThreadBase();
+    /// A new, unstarted worker with that name and priority.
     ZoWorkerThreadBase(const CString& name, EThreadPriority priority);
     /// A new, unstarted worker with the other's name, requested priority and flags. Its target is
     /// itself, its stop request clear, its idle event its own; it has no wake event until it
@@ -34,6 +35,7 @@ public:
 
     /// Records the stop request, then sets the wake event if one is registered.
     void SetStop();
+    /// True once SetStop has been called; the worker's loop polls it.
     bool IsStopRequested() const { return m_stopRequested.load() != 0; }
     /// Blocks without limit on the idle event while the thread is alive; returns at once otherwise.
     void WaitUntilIdle();
@@ -43,6 +45,7 @@ protected:
     virtual int Run() = 0;
     /// Remembers the event that SetStop sets (not owned).
     void registerEvent(ZoEvent& event) { m_wakeEvent.store(&event); }
+    /// The event WaitUntilIdle waits for; derived workers set it when idle.
     ZoEvent& getIdleEvent() { return m_idleEvent; }
 
 private:
