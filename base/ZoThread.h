@@ -27,11 +27,13 @@ public:
         eHighest = 2,
         eTimeCritical = 15,
     };
+    /// Options of a thread object, read by the routine when it ends.
     enum EFlags : uint32_t
     {
         /// The thread object deletes itself when its routine ends.
         eAutoDelete = 1,
     };
+    /// Bits of the state word (GetState()).
     enum EState : uint32_t
     {
         eStarted = 1,
@@ -78,6 +80,7 @@ public:
           m_terminateEvent(nullptr), m_priority(priority), m_threadId(0), m_state(0), m_startInProgress(false)
     {
     }
+    /// Copies every field, the thread handle included without duplicating it (see the class note): for derived objects copied before they start.
     ZoThread(const ZoThread& other)
         : m_policy(other.m_policy), m_name(other.m_name), m_flags(other.m_flags), m_object(other.m_object),
           m_run(other.m_run), m_thread(other.m_thread), m_startEvent(other.m_startEvent.load()),
@@ -172,6 +175,7 @@ public:
 
     /// A handle is held and the system reports the thread active.
     int IsRunning() const { return m_thread != nullptr && exitCodeIs(STILL_ACTIVE); }
+    /// Non-zero unless the routine failed (an exception, or a run function result of 0); also non-zero before Start.
     int IsSuccessful() const { return (m_state.load() & eFailed) == 0; }
     /// Blocks up to `timeoutMs`; false only when the wait timed out, so a failed wait (no thread, a
     /// failed start) answers true.
@@ -214,23 +218,33 @@ public:
     /// One step up (down) the ladder -15, -2, -1, 0, 1, 2, 15. False at the top (bottom) and for a
     /// present priority off the ladder; otherwise whether the change succeeded.
     int SpeedUp() { return stepPriority(+1); }
+    /// One step down the priority ladder; see SpeedUp.
     int SlowDown() { return stepPriority(-1); }
 
     /// An event the routine sets once, when it ends. Set it before Start.
     void SetTerminateEvent(ZoEvent& event) { m_terminateEvent.store(&event); }
+    /// The system handle of the thread; null before Start and after the handle was closed. Owned by this object.
     HANDLE GetThreadHandle() const { return m_thread; }
+    /// The system's id of the thread; 0 before Start.
     uint32_t GetThreadId() const { return m_threadId; }
+    /// Renames the object; the name is not given to the system.
     void SetName(const CString& name) { m_name = name; }
+    /// The name given at construction or by SetName.
     const CString& GetName() const { return m_name; }
     /// The state bits (EState); see the class comment on staleness.
     uint32_t GetState() const { return m_state.load(); }
 
     /// The flags are read by the routine when it ends: change them before Start.
     const ZoFlags<EFlags>& GetFlags() const { return m_flags; }
+    /// Replaces every flag with `flags`.
     void SetFlags(EFlags flags) { m_flags.SetFlags(flags); }
+    /// Sets the bits of `flags`; the others stay.
     void AddFlags(EFlags flags) { m_flags.AddFlags(flags); }
+    /// Clears the bits of `flags`; the others stay.
     void RemoveFlags(EFlags flags) { m_flags.RemoveFlags(flags); }
+    /// True when every bit of `flags` is set (so always for no bits).
     bool IsFlagsSet(EFlags flags) const { return m_flags.IsFlagsSet(flags); }
+    /// True when at least one bit of `flags` is set (so never for no bits).
     bool IsOneFlagSet(EFlags flags) const { return m_flags.IsOneFlagSet(flags); }
 
 protected:

@@ -25,7 +25,9 @@
 class ZO_API ZoTimeTracker
 {
 public:
+    /// Writes to `stream` and times with the process's performance counter. The stream must outlive the tracker.
     explicit ZoTimeTracker(ZoStreamWrite& stream);
+    /// Writes to `stream` and times with `counter`; both must outlive the tracker.
     ZoTimeTracker(ZoStreamWrite& stream, const ZoPerformanceCounter& counter);
     ZoTimeTracker(const ZoTimeTracker&) = delete;
     ZoTimeTracker& operator=(const ZoTimeTracker&) = delete;
@@ -42,6 +44,7 @@ public:
     class ZO_API Phase
     {
     public:
+        /// Calls tracker.Start(name); the tracker must outlive the phase.
         Phase(ZoTimeTracker& tracker, const CString& name);
         /// Stops the phase; a stream that fails then is not reported (a destructor cannot throw).
         ~Phase();

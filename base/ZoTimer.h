@@ -28,6 +28,7 @@ public:
 
     /// All tick values 0 (not started), milliseconds; over the process's counter or the given one.
     ZoTimer();
+    /// As the default constructor, over `counter`, which must outlive the timer.
     explicit ZoTimer(const ZoPerformanceCounter& counter);
 
     /// Reset(), then start = now.
@@ -38,6 +39,7 @@ public:
     void Stop();
     /// Freezes the measurement at now until Resume().
     void Break();
+    /// Start() and then Break(): a measurement that waits for Resume() to run.
     void StartAndBreak();
     /// Cuts the break out of the measurement and out of a running pause interval. Without a break
     /// it changes nothing.
@@ -47,8 +49,11 @@ public:
     /// Moves the start back by `units` (start -= frequency x units / resolution), so the time measured
     /// from it grows by that many units; a negative count shortens it.
     void Subtract(int64_t units);
+    /// Sets the unit of GetElapsedTime and Subtract; the ticks measured so far stay, so it may change at any time.
     void SetResolution(EResolution resolution);
+    /// The unit of GetElapsedTime and Subtract; milliseconds for a new timer.
     EResolution GetResolution() const { return m_resolution; }
+    /// The counter's ticks per second, taken at construction.
     int64_t GetFrequency() const { return m_frequency; }
 
     /// Starts an interval of `milliseconds` from now.
