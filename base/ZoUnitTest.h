@@ -19,6 +19,7 @@ class ZO_API ZoUnitTest : public ZoClassRTTI
 {
     ZO_DECLARE_RTTI()
 
+    /// The outcome of a replayed recording.
     enum EResult
     {
         eResultSucceeded = 0,
@@ -30,10 +31,13 @@ class ZO_API ZoUnitTest : public ZoClassRTTI
     };
 
     ZoUnitTest() = default;
+    /// Copies nothing of its own: the base has no state.
     ZoUnitTest(const ZoUnitTest&) = default;
+    /// Copies nothing of its own: the base has no state.
     ZoUnitTest& operator=(const ZoUnitTest&) = default;
     virtual ~ZoUnitTest();
 
+    /// Runs the test on the input and recorded output already read; eResultNotImplemented unless a derived class runs one.
     EResult RunUnitTest() { return runUnitTest(); }
     /// Reads the input and the recorded output from the file, runs the test, releases both. A file
     /// that cannot be opened or read gives eResultError; nothing is thrown.
@@ -42,10 +46,16 @@ class ZO_API ZoUnitTest : public ZoClassRTTI
 protected:
     /// eResultNotImplemented in the base.
     virtual EResult runUnitTest();
+    /// Writes the input to a recording. Empty in the base.
     virtual void serializeUnitTestInput(ZoStreamWriteBinary& stream) const;
+    /// Reads a recorded input and makes it the input (throwing the stream's exception on bad data). Empty in the base.
     virtual void serializeUnitTestInput(ZoStreamReadBinary& stream);
+    /// Writes the output to a recording. Empty in the base.
     virtual void serializeUnitTestOutput(ZoStreamWriteBinary& stream) const;
+    /// Reads a recorded output to compare against (throwing the stream's exception on bad data). Empty in the base.
     virtual void serializeUnitTestOutput(ZoStreamReadBinary& stream);
+    /// Frees what serializeUnitTestInput read. Empty in the base.
     virtual void releaseUnitTestInput();
+    /// Frees what serializeUnitTestOutput read. Empty in the base.
     virtual void releaseUnitTestOutput();
 };
