@@ -51,8 +51,8 @@ public:
     /// Clears the bits of `mask` in every node's attribute word.
     void RemoveAttributes(uint32_t mask);
 
-    /// "\nDer Graph enthält <n> Knoten\n\n", then per node "Knoten <i>:\n" and per outgoing
-    /// connection "\tVerbindung zu Knoten <j> mit Gewicht <w>\n", then "\n". Renumbers first.
+    /// `"\nDer Graph enthält <n> Knoten\n\n"`, then per node `"Knoten <i>:\n"` and per outgoing
+    /// connection `"\tVerbindung zu Knoten <j> mit Gewicht <w>\n"`, then `"\n"`. Renumbers first.
     void Dump(ZoStreamWriteASCII& stream);
     /// "graph G {" or "digraph G {", one line per connection, "}"; CR LF line ends. Undirected dumps
     /// write a connection only from the node whose index is not above its target's, so a pair of

@@ -41,7 +41,7 @@ public:
     /// The vendor's name ("Intel", "AMD" ...), or the processor's own vendor id when the vendor is not
     /// in the table; empty when there is no identification.
     const CString& GetProcessorVendorName() const { return m_vendorName; }
-    /// The brand text the processor gives ("Intel(R) Core(TM) i7-8700 CPU @ 3.20GHz"); may be empty.
+    /// The brand text the processor gives (`"Intel(R) Core(TM) i7-8700 CPU @ 3.20GHz"`); may be empty.
     const CString& GetProcessorModelName() const { return m_modelName; }
     /// Display family from the processor signature (extended family included); 0 without identification.
     uint32_t GetProcessorFamily() const { return m_family; }

@@ -11,6 +11,10 @@
 #include <type_traits>
 #include <vector>
 
+/// The hash of a string key: h = h * 33 + c over the UTF-16 code units from h = 0, modulo 2^32.
+/// Stored bucket orders depend on it, so it never changes. A key type of your own needs a
+/// ZoHashKey overload of its own.
+/// @ingroup containers
 inline uint32_t ZoHashKey(const CString& key)
 {
     uint32_t hash = 0;
@@ -19,12 +23,17 @@ inline uint32_t ZoHashKey(const CString& key)
     return hash;
 }
 
+/// The hash of an integer or enumeration key: the key shifted right by 4 (as unsigned 64 bits), cut
+/// to 32 bits. Keys that differ only in their low four bits share a bucket.
+/// @ingroup containers
 template <class Key, std::enable_if_t<std::is_integral_v<Key> || std::is_enum_v<Key>, int> = 0>
 inline uint32_t ZoHashKey(Key key)
 {
     return static_cast<uint32_t>(static_cast<uint64_t>(key) >> 4);
 }
 
+/// The hash of a pointer key: the address shifted right by 4, cut to 32 bits.
+/// @ingroup containers
 template <class Pointee>
 inline uint32_t ZoHashKey(Pointee* key)
 {

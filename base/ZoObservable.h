@@ -13,6 +13,7 @@ class ZoObserver;
 
 /// One entry of an observer list. `observer` is null once the entry was removed during a delivery;
 /// a `once` entry is removed just before its first notification by NotifyObservers.
+/// @ingroup concurrency
 struct ZoObserverInfo
 {
     /// The observer; null once the entry was removed during a delivery.

@@ -70,6 +70,7 @@ private:
 };
 
 /// Create and clone functions for a class T that is default- and copy-constructible.
+/// @ingroup objectmodel
 template <class T>
 struct ZO_TEMPLATE_API ZoRTTIFactory
 {

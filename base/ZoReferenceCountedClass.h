@@ -12,6 +12,7 @@ class ZoWeakPointer;
 
 /// The record a weak pointer registers: the object it watches (cleared when the object dies) and the
 /// link to the next record of the same object.
+/// @ingroup objectmodel
 struct ZoWeakPointerRecord
 {
     /// The watched object; null once the object has died.
@@ -121,6 +122,7 @@ private:
 
 /// Gives code outside the smart and weak pointers (tests, custom holders) the counting operations
 /// that the class keeps private so that ordinary users go through ZoSmartPointer.
+/// @ingroup objectmodel
 class ZoReferenceCountedAccess
 {
 public:

@@ -119,6 +119,7 @@ private:
 };
 
 /// Convenience for `ZoSmartPointer<T>(new T(...))`.
+/// @ingroup objectmodel
 template <class T, class... Args>
 ZoSmartPointer<T> ZoMakeSmart(Args&&... args)
 {

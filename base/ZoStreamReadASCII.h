@@ -13,7 +13,7 @@
 /// line. Two behaviours of the line reader are kept because files and their readers depend on
 /// them:
 ///   - a carriage return always takes the next byte with it, whatever that byte is (the line feed
-///     of a Windows line break is assumed), so "a\rb\n" reads as "a" and then "";
+///     of a Windows line break is assumed), so `"a\rb\n"` reads as `"a"` and then `""`;
 ///   - a break at the very end of the stream is followed by one more, empty line; only the read
 ///     after that one throws.
 /// After the end of the stream every read throws ZoExceptionStream naming the stream's class.

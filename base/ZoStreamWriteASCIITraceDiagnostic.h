@@ -10,7 +10,7 @@
 ///
 /// When the viewer's library is missing or incomplete the user is told once, and from then on
 /// everything written is dropped without error. Percent directives in the written text are
-/// interpreted as a format (with no arguments): write "%%" for a percent sign. Messages longer
+/// interpreted as a format (with no arguments): write `%%` for a percent sign. Messages longer
 /// than 2047 code units are cut. The stream itself holds nothing; any number of them may exist.
 /// @ingroup diagnostics
 class ZO_API ZoStreamWriteASCIITraceDiagnostic : public ZoStreamWriteASCII

@@ -13,6 +13,7 @@
 #include <thread>
 
 /// The names every ZoThread instantiation shares.
+/// @ingroup concurrency
 class ZO_API ZoThreadTypes
 {
 public:

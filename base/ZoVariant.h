@@ -22,7 +22,7 @@
 /// Deliberate quirks, kept because stored data and callers depend on them:
 /// - ToString of a double throws (a double cannot be turned into text), and so does copying a double
 ///   variant (naming "ToString"); the 64-bit kind prints only its low 32 bits and a DWORD above
-///   0x7FFFFFFF prints negative ("%d").
+///   0x7FFFFFFF prints negative (`%d`).
 /// - ToDateTime's refusal names "ToString".
 /// - Comparisons read the left payload as the kind of the right-hand operand without checking that
 ///   the kinds match: ZoVariant(int 5) == ZoVariant(DWORD 5) holds. When the right-hand kind is a
