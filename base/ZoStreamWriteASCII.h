@@ -12,7 +12,8 @@ class ZoStreamWriteASCIIString;
 /// line breaks), so callers lay out their own lines.
 ///
 /// The text of each type is fixed, because existing logs and dumps are compared against it:
-/// @verbatim
+///
+/// ~~~{.txt}
 ///   CString                      as it stands
 ///   bool                         "true" / "false"
 ///   unsigned char/short/int      "%u"
@@ -25,7 +26,8 @@ class ZoStreamWriteASCIIString;
 ///                                ("%ld" as above) on Linux
 ///   float, double                "%f" with six decimals (a float is widened first)
 ///   address (WriteAddress)       "0x" and 16 upper-case hexadecimal digits on every target
-/// @endverbatim
+/// ~~~
+///
 /// All formatting goes through CString::Formatted, which reads directives the same way on every
 /// target, so the same values give the same text on Windows and Linux.
 /// @ingroup streams
