@@ -1,14 +1,3 @@
-// ZoHeap<Element>: a binary min-heap of element pointers, the priority queue of the shortest-path
-// search. The heap does not own its elements; each element records its own position, which the heap
-// keeps current, so LowerKey needs no search.
-//
-// Storage starts at position 0; the parent of position i is i / 2 and its children are 2i and
-// 2i + 1, so position 0 has the single child 1. Comparisons are strict: an element moves up only
-// past a parent with a greater key and down only below a child with a smaller key, and of two
-// children the second is taken when its key is not greater than the first's. Ties therefore come
-// out in an order the shortest-path results depend on; keep it.
-//
-// Element needs GetKey(), SetKey(key), GetPosition() and SetPosition(p) (ZoHeapElementSimple).
 #pragma once
 
 #include "base/ZoArray.h"
@@ -16,20 +5,37 @@
 
 #include <cstdint>
 
+/// ZoHeap<Element>: a binary min-heap of element pointers, the priority queue of the shortest-path
+/// search. The heap does not own its elements; each element records its own position, which the heap
+/// keeps current, so LowerKey needs no search.
+///
+/// Storage starts at position 0; the parent of position i is i / 2 and its children are 2i and
+/// 2i + 1, so position 0 has the single child 1. Comparisons are strict: an element moves up only
+/// past a parent with a greater key and down only below a child with a smaller key, and of two
+/// children the second is taken when its key is not greater than the first's. Ties therefore come
+/// out in an order the shortest-path results depend on; keep it.
+///
+/// Element needs GetKey(), SetKey(key), GetPosition() and SetPosition(p) (ZoHeapElementSimple).
+/// @ingroup containers
 template <class Element>
 class ZO_TEMPLATE_API ZoHeap
 {
 public:
+    /// The key type, taken from the element (ZoHeapElementSimple::KeyType); it needs operator>.
     typedef typename Element::KeyType Key;
 
+    /// Number of elements in the heap; 0 when empty.
     uint32_t GetCount() const { return m_elements.GetCount(); }
+    /// Non-zero when the heap holds no element.
     int IsEmpty() const { return m_elements.GetCount() == 0; }
-    // Room for `count` elements, so that pushing up to that many never reallocates.
+    /// Room for `count` elements, so that pushing up to that many never reallocates.
     void Reserve(uint32_t count) { m_elements.SetMemoryElementCount(count, 1); }
+    /// Forgets every element (the heap does not delete them) and keeps the reserved room.
     void RemoveAll() { m_elements.RemoveAll(); }
-    // Requires: !IsEmpty() (not checked).
+    /// Requires: !IsEmpty() (not checked).
     Element* GetMinimum() const { return m_elements[0]; }
 
+    /// Adds `element` (not owned) and moves it up to its place; records its position in it.
     void Push(Element* element)
     {
         m_elements.Add(element);
@@ -37,7 +43,7 @@ public:
         element->SetPosition(position);
         moveUp(position);
     }
-    // Removes and returns the element with the least key. Requires: !IsEmpty() (not checked).
+    /// Removes and returns the element with the least key. Requires: !IsEmpty() (not checked).
     Element* TakeMinimum()
     {
         Element** elements = m_elements.GetData();
@@ -52,7 +58,7 @@ public:
             moveDown(0);
         return minimum;
     }
-    // Replaces the key of an element in the heap and moves it up. Requires: key <= its old key.
+    /// Replaces the key of an element in the heap and moves it up. Requires: key <= its old key.
     void LowerKey(Element* element, const Key& key)
     {
         element->SetKey(key);

@@ -1,10 +1,3 @@
-// ZoListSorted<T, key, flags>: a ZoList kept in an order the caller defines. The comparison is any
-// callable taking two elements by value and returning a signed int (negative, zero, positive);
-// `Key` names what the instantiation orders by and is not used by the list itself.
-//
-// Both operations are stable: InsertSorted puts a new element after every element that compares
-// equal to it, in either direction, and BubbleSort never exchanges equal neighbours. BubbleSort
-// relinks nodes rather than swapping elements, so positions keep naming the same elements.
 #pragma once
 
 #include "base/ZoList.h"
@@ -13,26 +6,39 @@
 #include <cstdint>
 #include <utility>
 
+/// ZoListSorted<T, key, flags>: a ZoList kept in an order the caller defines. The comparison is any
+/// callable taking two elements by value and returning a signed int (negative, zero, positive);
+/// `Key` names what the instantiation orders by and is not used by the list itself.
+///
+/// Both operations are stable: InsertSorted puts a new element after every element that compares
+/// equal to it, in either direction, and BubbleSort never exchanges equal neighbours. BubbleSort
+/// relinks nodes rather than swapping elements, so positions keep naming the same elements.
+/// @ingroup containers
 template <class T, class Key, int Flags>
 class ZO_TEMPLATE_API ZoListSorted : public ZoList<T, Flags>
 {
     typedef ZoList<T, Flags> Base;
 
 public:
+    /// The node type: `next`, `prev`, then the element by value.
     typedef typename Base::Node Node;
+    /// The node pool type lists and their copies share.
     typedef typename Base::PlexManager PlexManager;
+    /// Opaque position: the node itself; null means none or the end.
     typedef typename Base::Position Position;
     using Base::Base;
 
+    /// A copy of `other` in its order; shares `other`'s pool unless `sharePlexManager` is 0.
     ZoListSorted(const ZoListSorted& other, int sharePlexManager = 1) : Base(other, sharePlexManager) {}
+    /// Replaces the elements with copies of `other`'s, as ZoList's assignment does.
     ZoListSorted& operator=(const ZoListSorted& other)
     {
         Base::operator=(other);
         return *this;
     }
 
-    // Inserts `value` before the first element e with compare(e, value) > 0 (ascending, descending
-    // 0) or < 0 (descending nonzero), else at the tail; returns the new position.
+    /// Inserts `value` before the first element e with compare(e, value) > 0 (ascending, descending
+    /// 0) or < 0 (descending nonzero), else at the tail; returns the new position.
     template <class Compare>
     Position InsertSorted(Compare compare, const T& value, int descending = 0)
     {
@@ -45,9 +51,9 @@ public:
         return this->linkNode(this->m_tail, this->newNode(value));
     }
 
-    // Sorts by repeated passes from head to tail that exchange neighbours (by relinking) while
-    // compare(left, right) > 0, until a pass exchanges none. Lists of fewer than two elements are
-    // left alone.
+    /// Sorts by repeated passes from head to tail that exchange neighbours (by relinking) while
+    /// compare(left, right) > 0, until a pass exchanges none. Lists of fewer than two elements are
+    /// left alone.
     template <class Compare>
     void BubbleSort(Compare compare)
     {
@@ -71,7 +77,7 @@ public:
     }
 
 private:
-    // Relinks `left` and its successor `right` so that `right` comes first; needs an open list.
+    /// Relinks `left` and its successor `right` so that `right` comes first; needs an open list.
     void exchangeNeighbours(Node* left, Node* right)
     {
         Node* before = left->prev;

@@ -1,18 +1,3 @@
-// ZoMap<Key, Value, flags>: a chained hash map. The bucket table is a ZoArray of association
-// pointers (17 buckets unless chosen otherwise); associations come from a ZoPlexManager, so inserting
-// allocates no memory of its own most of the time. A new association goes to the front of its
-// bucket's chain and chains are searched from their head.
-//
-// Keys hash with ZoHashKey: strings as h = h * 33 + c over their UTF-16 code units (up to the first
-// NUL, modulo 2^32, from h = 0), unsigned integers and pointers as (key >> 4). The bucket is the hash
-// modulo the bucket count. Iteration visits buckets in order and each chain from its head.
-//
-// The bucket table is made on the first insertion (or at construction when asked) and released when
-// the last association is removed. When the associations outnumber the buckets four to one the
-// table grows to 2n + 1 buckets and the chains are relinked (no association moves in memory), so a
-// map that outgrows its 17 buckets keeps short chains; a table released on emptying starts again at
-// the size it was given. Positions are opaque: a position is an association, null at the
-// end. Not synchronised.
 #pragma once
 
 #include "base/ZoArray.h"
@@ -26,6 +11,10 @@
 #include <type_traits>
 #include <vector>
 
+/// The hash of a string key: h = h * 33 + c over the UTF-16 code units from h = 0, modulo 2^32.
+/// Stored bucket orders depend on it, so it never changes. A key type of your own needs a
+/// ZoHashKey overload of its own.
+/// @ingroup containers
 inline uint32_t ZoHashKey(const CString& key)
 {
     uint32_t hash = 0;
@@ -34,35 +23,64 @@ inline uint32_t ZoHashKey(const CString& key)
     return hash;
 }
 
+/// The hash of an integer or enumeration key: the key shifted right by 4 (as unsigned 64 bits), cut
+/// to 32 bits. Keys that differ only in their low four bits share a bucket.
+/// @ingroup containers
 template <class Key, std::enable_if_t<std::is_integral_v<Key> || std::is_enum_v<Key>, int> = 0>
 inline uint32_t ZoHashKey(Key key)
 {
     return static_cast<uint32_t>(static_cast<uint64_t>(key) >> 4);
 }
 
+/// The hash of a pointer key: the address shifted right by 4, cut to 32 bits.
+/// @ingroup containers
 template <class Pointee>
 inline uint32_t ZoHashKey(Pointee* key)
 {
     return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(key) >> 4);
 }
 
+/// ZoMap<Key, Value, flags>: a chained hash map. The bucket table is a ZoArray of association
+/// pointers (17 buckets unless chosen otherwise); associations come from a ZoPlexManager, so inserting
+/// allocates no memory of its own most of the time. A new association goes to the front of its
+/// bucket's chain and chains are searched from their head.
+///
+/// Keys hash with ZoHashKey: strings as h = h * 33 + c over their UTF-16 code units (up to the first
+/// NUL, modulo 2^32, from h = 0), unsigned integers and pointers as (key >> 4). The bucket is the hash
+/// modulo the bucket count. Iteration visits buckets in order and each chain from its head.
+///
+/// The bucket table is made on the first insertion (or at construction when asked) and released when
+/// the last association is removed. When the associations outnumber the buckets four to one the
+/// table grows to 2n + 1 buckets and the chains are relinked (no association moves in memory), so a
+/// map that outgrows its 17 buckets keeps short chains; a table released on emptying starts again at
+/// the size it was given. Positions are opaque: a position is an association, null at the
+/// end. Not synchronised.
+/// @ingroup containers
 template <class Key, class Value, int Flags = 0>
 class ZO_TEMPLATE_API ZoMap
 {
 public:
+    /// One key-value pair, a node of the pool; chained within its bucket through `next`.
     struct SAssociation
     {
+        /// The next association of the same bucket, or null.
         SAssociation* next;
+        /// The bucket the association hangs in; iteration continues from it.
         uint32_t bucketIndex;
+        /// The key, copied in on insertion.
         Key key;
+        /// The value, default-made on insertion.
         Value value;
     };
+    /// The pool the associations come from.
     typedef ZoPlexManager<SAssociation, 0, 0> PlexManager;
+    /// Opaque iteration position: an association; null at the end.
     typedef void* Position;
 
+    /// 17: the bucket count the library gives every map it makes.
     static const uint32_t sc_uiDefaultBucketCount = 17;
 
-    // `createBuckets` makes the (cleared) bucket table at once instead of on the first insertion.
+    /// `createBuckets` makes the (cleared) bucket table at once instead of on the first insertion.
     explicit ZoMap(uint32_t nodesPerBlock = 10, uint32_t bucketCount = sc_uiDefaultBucketCount, bool createBuckets = false)
         : m_plexManager(new PlexManager(nodesPerBlock)), m_count(0), m_bucketCount(bucketCount == 0 ? 1 : bucketCount),
           m_initialBucketCount(m_bucketCount)
@@ -70,6 +88,7 @@ public:
         if (createBuckets)
             createBucketTable();
     }
+    /// A map with `other`'s pool block size and current bucket count, filled with copies of its pairs (a pool of its own).
     ZoMap(const ZoMap& other) : ZoMap(other.m_plexManager->GetNodesPerBlock(), other.m_bucketCount)
     {
         for (Position position = other.GetStartPosition(); position != nullptr;) {
@@ -77,6 +96,7 @@ public:
             (*this)[association->key] = association->value;
         }
     }
+    /// Removes this map's pairs, then inserts copies of `other`'s; the bucket count stays this map's.
     ZoMap& operator=(const ZoMap& other)
     {
         if (this != &other) {
@@ -90,11 +110,15 @@ public:
     }
     ~ZoMap() { RemoveAll(); }
 
+    /// Number of key-value pairs; 0 for an empty map.
     uint32_t GetCount() const { return m_count; }
+    /// True when the map holds no pair.
     bool IsEmpty() const { return m_count == 0; }
+    /// The number of buckets, whether or not the table exists yet.
     uint32_t GetHashTableSize() const { return m_bucketCount; }
+    /// True while the bucket table exists (after the first insertion, or when made at construction).
     bool HasHashTable() const { return m_buckets.GetCount() != 0; }
-    // Changes the bucket count; only while the map is empty (otherwise nothing happens).
+    /// Changes the bucket count; only while the map is empty (otherwise nothing happens).
     void InitHashTable(uint32_t bucketCount, bool createNow = true)
     {
         if (m_count != 0 || bucketCount == 0)
@@ -105,12 +129,13 @@ public:
             createBucketTable();
     }
 
-    // The value stored under `key`, or null. Never inserts.
+    /// The value stored under `key`, or null. Never inserts.
     Value* Find(const Key& key) const
     {
         SAssociation* association = findAssociation(key);
         return association != nullptr ? &association->value : nullptr;
     }
+    /// Copies the value under `key` into `value` and returns true; false (and `value` untouched) when absent.
     bool Lookup(const Key& key, Value& value) const
     {
         const Value* found = Find(key);
@@ -119,15 +144,16 @@ public:
         value = *found;
         return true;
     }
-    // The value under `key`, inserted default-constructed when absent.
+    /// The value under `key`, inserted default-constructed when absent.
     Value& operator[](const Key& key)
     {
         if (SAssociation* association = findAssociation(key))
             return association->value;
         return insertAssociation(key)->value;
     }
+    /// Stores `value` under `key`, replacing an earlier value.
     void SetAt(const Key& key, const Value& value) { (*this)[key] = value; }
-    // False when the key was absent. Removing the last association releases the bucket table.
+    /// False when the key was absent. Removing the last association releases the bucket table.
     bool RemoveKey(const Key& key)
     {
         if (!HasHashTable())
@@ -147,6 +173,7 @@ public:
         }
         return false;
     }
+    /// Removes every pair, releases the bucket table and returns to the initial bucket count.
     void RemoveAll()
     {
         for (uint32_t bucket = 0; bucket < m_buckets.GetCount(); ++bucket) {
@@ -162,14 +189,16 @@ public:
         m_bucketCount = m_initialBucketCount;
     }
 
+    /// Position of the first pair in bucket order; null for an empty map.
     Position GetStartPosition() const { return firstFrom(0); }
-    // Requires: position is not null. Hands out the association's key and value and advances.
+    /// Requires: position is not null. Hands out the association's key and value and advances.
     void GetNextAssoc(Position& position, Key& key, Value& value) const
     {
         const SAssociation* association = nextAssociation(position);
         key = association->key;
         value = association->value;
     }
+    /// The pool the associations come from.
     const ZoSmartPointer<PlexManager>& GetPlexManager() const { return m_plexManager; }
 
 private:
@@ -217,8 +246,8 @@ private:
             rehash(m_bucketCount * 2 + 1);
         return association;
     }
-    // Relinks every association into a table of `bucketCount` buckets; chains keep their relative
-    // order within each new bucket.
+    /// Relinks every association into a table of `bucketCount` buckets; chains keep their relative
+    /// order within each new bucket.
     void rehash(uint32_t bucketCount)
     {
         ZoArray<SAssociation*, 0> buckets;

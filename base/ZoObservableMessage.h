@@ -1,16 +1,17 @@
-// ZoObservableMessage: what a ZoObservable delivers to its observers: the message type and a user
-// data pointer (the one the observer registered with, for NotifyObservers; the sender's, for
-// SendMessage). A small value; the observable builds one per delivery.
 #pragma once
 
 #include "platform/ZoExport.h"
 
 #include <cstdint>
 
+/// ZoObservableMessage: what a ZoObservable delivers to its observers: the message type and a user
+/// data pointer (the one the observer registered with, for NotifyObservers; the sender's, for
+/// SendMessage). A small value; the observable builds one per delivery.
+/// @ingroup concurrency
 class ZO_API ZoObservableMessage
 {
 public:
-    // One observer list per type; eMessageTypeCount is the number of types, not a type.
+    /// One observer list per type; eMessageTypeCount is the number of types, not a type.
     enum EMessageType : int32_t
     {
         eMessageChanged = 0,
@@ -37,9 +38,12 @@ public:
         eMessageTypeCount = 21,
     };
 
+    /// A message of `type` carrying `userData`, which the message does not own.
     ZoObservableMessage(EMessageType type, void* userData);
 
+    /// The type the message was sent or notified as.
     EMessageType GetType() const { return m_type; }
+    /// The registration's (or the sender's) user data; may be null.
     void* GetUserData() const { return m_userData; }
 
 private:

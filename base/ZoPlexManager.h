@@ -1,13 +1,3 @@
-// ZoPlexManager<Node>: the node allocator shared by lists and maps. It takes memory from the C heap
-// in blocks of a fixed number of nodes, carves each block into a free list and hands nodes out from
-// it; freed nodes go back to the front of the free list and blocks are returned only when the
-// manager dies. So a list never heap-allocates per node, and lists that share a manager splice
-// without copying.
-//
-// Node storage is raw: the allocator neither constructs nor destroys what a node holds; its users
-// do. A free node's first word links to the next free node (the `next` field of every node type).
-// Not synchronised: lists and maps sharing one manager are used from one thread at a time; only the
-// manager's reference count is atomic. A manager with 0 nodes per block hands out null.
 #pragma once
 
 #include "base/ZoHeapTracker.h"
@@ -17,14 +7,26 @@
 #include <cstdint>
 #include <cstdlib>
 
+/// ZoPlexManager<Node>: the node allocator shared by lists and maps. It takes memory from the C heap
+/// in blocks of a fixed number of nodes, carves each block into a free list and hands nodes out from
+/// it; freed nodes go back to the front of the free list and blocks are returned only when the
+/// manager dies. So a list never heap-allocates per node, and lists that share a manager splice
+/// without copying.
+///
+/// Node storage is raw: the allocator neither constructs nor destroys what a node holds; its users
+/// do. A free node's first word links to the next free node (the `next` field of every node type).
+/// Not synchronised: lists and maps sharing one manager are used from one thread at a time; only the
+/// manager's reference count is atomic. A manager with 0 nodes per block hands out null.
+/// @ingroup containers
 template <class Node, int A = 0, int B = 0>
 class ZO_TEMPLATE_API ZoPlexManager : public ZoReferenceCountedClass<ZoPlexManager<Node, A, B>>
 {
 public:
+    /// An empty pool that allocates `nodesPerBlock` nodes at a time; 0 makes a pool that hands out null.
     explicit ZoPlexManager(uint32_t nodesPerBlock = 10) : m_blocks(nullptr), m_freeList(nullptr), m_nodesPerBlock(nodesPerBlock) {}
     ZoPlexManager(const ZoPlexManager&) = delete;
     ZoPlexManager& operator=(const ZoPlexManager&) = delete;
-    // Frees every block, in chain order. Whatever nodes still hold is not destroyed.
+    /// Frees every block, in chain order. Whatever nodes still hold is not destroyed.
     ~ZoPlexManager() override
     {
         while (m_blocks != nullptr) {
@@ -35,8 +37,8 @@ public:
         }
     }
 
-    // Raw storage for one node. A fresh block puts its nodes on the free list first to last, so the
-    // last node of a new block is handed out first.
+    /// Raw storage for one node. A fresh block puts its nodes on the free list first to last, so the
+    /// last node of a new block is handed out first.
     Node* AllocateNode()
     {
         if (m_freeList == nullptr && m_nodesPerBlock != 0) {
@@ -57,12 +59,12 @@ public:
         m_freeList = node->next;
         return reinterpret_cast<Node*>(node);
     }
-    // Requires: the node came from this manager (or one merged into it) and holds nothing alive.
+    /// Requires: the node came from this manager (or one merged into it) and holds nothing alive.
     void FreeNode(Node* node) { pushFree(node); }
 
-    // Takes over the donor's free nodes (one by one, onto the front of this free list) and its
-    // blocks (appended after this manager's oldest block). The donor is left empty, so destroying
-    // it frees none of the nodes that moved.
+    /// Takes over the donor's free nodes (one by one, onto the front of this free list) and its
+    /// blocks (appended after this manager's oldest block). The donor is left empty, so destroying
+    /// it frees none of the nodes that moved.
     void Merge(ZoPlexManager& donor)
     {
         if (&donor == this)
@@ -81,7 +83,9 @@ public:
         }
     }
 
+    /// Nodes per allocated block, as given at construction.
     uint32_t GetNodesPerBlock() const { return m_nodesPerBlock; }
+    /// Number of blocks allocated and not yet freed (counts the chain; linear time).
     uint32_t GetBlockCount() const
     {
         uint32_t count = 0;
@@ -89,6 +93,7 @@ public:
             ++count;
         return count;
     }
+    /// Number of nodes on the free list (walks it; linear time).
     uint32_t GetFreeNodeCount() const
     {
         uint32_t count = 0;
@@ -96,14 +101,14 @@ public:
             ++count;
         return count;
     }
-    // The manager object plus, per block, its 16-byte header and its nodes.
+    /// The manager object plus, per block, its 16-byte header and its nodes.
     uint32_t GetMemoryUsage() const
     {
         return static_cast<uint32_t>(sizeof(*this) + GetBlockCount() * (sizeof(BlockHeader) + sizeof(Node) * m_nodesPerBlock));
     }
 
 private:
-    // 16 bytes; the second word links to the block allocated before this one.
+    /// 16 bytes; the second word links to the block allocated before this one.
     struct BlockHeader
     {
         void* reserved;

@@ -1,14 +1,3 @@
-// ZoRTTI: the descriptor of one class registered with the library's type registry: its exact name,
-// up to two base descriptors, and (through the registry) functions that create or clone an instance.
-//
-// A descriptor is a static object of its class (the member RTTI), built during library load. Its
-// constructor registers it under its name, replacing an earlier registration of the same name, and
-// only then builds the base list. A descriptor's identity is its address. The base list is null for
-// a class without registered bases, otherwise an array whose first slot holds the number of bases
-// (1 or 2) and whose following slots point to the base descriptors in constructor order.
-//
-// Lookups take no lock: registration happens during load, before the library is used from more
-// than one thread.
 #pragma once
 
 #include "platform/CString.h"
@@ -16,36 +5,56 @@
 
 #include <cstdint>
 
+/// ZoRTTI: the descriptor of one class registered with the library's type registry: its exact name,
+/// up to two base descriptors, and (through the registry) functions that create or clone an instance.
+///
+/// A descriptor is a static object of its class (the member RTTI), built during library load. Its
+/// constructor registers it under its name, replacing an earlier registration of the same name, and
+/// only then builds the base list. A descriptor's identity is its address. The base list is null for
+/// a class without registered bases, otherwise an array whose first slot holds the number of bases
+/// (1 or 2) and whose following slots point to the base descriptors in constructor order.
+///
+/// Lookups take no lock: registration happens during load, before the library is used from more
+/// than one thread.
+/// @ingroup objectmodel
 class ZO_API ZoRTTI
 {
 public:
-    // Makes a new instance of the class, or copies an existing one; both return the object as an
-    // untyped pointer to the class itself.
+    /// Makes a new instance of the class, or copies an existing one; both return the object as an
+    /// untyped pointer to the class itself.
     typedef void* (*CreateFunction)();
+    /// Copies the object at `source` (of the class itself); returns the copy, owned by the caller.
     typedef void* (*CloneFunction)(void* source);
 
+    /// Describes class `name` with no registered base and registers it under that name. `create` and `clone` may be null: the class then cannot be made by name.
     ZoRTTI(const CString& name, CreateFunction create, CloneFunction clone);
+    /// Describes class `name` with one registered base and registers it; `create` and `clone` may be null.
     ZoRTTI(const CString& name, const ZoRTTI& base, CreateFunction create, CloneFunction clone);
+    /// Describes class `name` with two registered bases and registers it; `create` and `clone` may be null.
     ZoRTTI(const CString& name, const ZoRTTI& base1, const ZoRTTI& base2, CreateFunction create, CloneFunction clone);
-    // Frees the base list; the registry entry stays (entries are never removed).
+    /// Frees the base list; the registry entry stays (entries are never removed).
     ~ZoRTTI();
     ZoRTTI(const ZoRTTI&) = delete;
     ZoRTTI& operator=(const ZoRTTI&) = delete;
 
+    /// The class name the descriptor was made with, as the registry knows it.
     const CString& GetName() const { return m_name; }
+    /// Identity: true only for the very same descriptor.
     bool operator==(const ZoRTTI& other) const { return this == &other; }
+    /// Identity: true for any other descriptor.
     bool operator!=(const ZoRTTI& other) const { return this != &other; }
-    // The very same descriptor.
+    /// The very same descriptor.
     bool Is(const ZoRTTI& other) const { return this == &other; }
-    // This class is `other` or derives from it through any chain of registered bases.
+    /// This class is `other` or derives from it through any chain of registered bases.
     bool IsKindOf(const ZoRTTI& other) const;
-    // The base list as stored: null, or [count, base1, (base2)].
+    /// The base list as stored: null, or [count, base1, (base2)].
     const uintptr_t* GetBaseClassRTTI() const { return m_baseList; }
+    /// Number of registered bases: 0, 1 or 2.
     uint32_t GetBaseCount() const { return m_baseList == nullptr ? 0 : static_cast<uint32_t>(m_baseList[0]); }
-    // Requires: index < GetBaseCount().
+    /// Requires: index < GetBaseCount().
     const ZoRTTI& GetBase(uint32_t index) const { return *reinterpret_cast<const ZoRTTI*>(m_baseList[index + 1]); }
 
-    // The registered descriptor of that exact (case-sensitive) name, or null.
+    /// The registered descriptor of that exact (case-sensitive) name, or null.
     static const ZoRTTI* Find(const CString& name);
 
 private:
@@ -60,11 +69,14 @@ private:
     uintptr_t* m_baseList;
 };
 
-// Create and clone functions for a class T that is default- and copy-constructible.
+/// Create and clone functions for a class T that is default- and copy-constructible.
+/// @ingroup objectmodel
 template <class T>
 struct ZO_TEMPLATE_API ZoRTTIFactory
 {
+    /// A default-made T, owned by the caller.
     static void* Create() { return new T(); }
+    /// A copy of the T at `source`, owned by the caller.
     static void* Clone(void* source) { return new T(*static_cast<T*>(source)); }
 };
 

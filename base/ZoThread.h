@@ -1,25 +1,3 @@
-// ZoThread<Object, Policy>: an owned thread that calls one member function of one object. The
-// object and its run function are fixed at construction; Start() makes the thread (through the
-// policy, suspended, then resumed), and the thread routine runs the derived class's onBeforeRun
-// hook, the run function and the onAfterRun hook, turning every exception and a run function
-// result of 0 into a failed state and exit code 1. No exception ever leaves the thread.
-//
-// The state word (eStarted, eRunning, eFinished, eSuspended, eFailed) is written by the owning
-// thread (Start, Suspend, Resume, Terminate) and by the thread routine without a lock; it is atomic,
-// but a reader may see it a moment late. Decisions that must be exact go through the system (the
-// exit code, waits on the thread handle).
-//
-// With the flag eAutoDelete the routine deletes the object when it ends: such an object is made
-// with new and not touched by its creator after Start(). Its destructor never kills the thread.
-//
-// Termination stops the thread from outside, which skips the rest of its routine (the terminate
-// event is not set, an auto-delete object not deleted). On Windows the thread stops at once. On
-// POSIX it stops at its next wait (an event, a sleep, a blocking call), unwinding its stack, and a
-// thread that never waits cannot be stopped; see ZoOS::TerminateThreadObject.
-//
-// Copying copies every field, the thread handle and the state included, without duplicating the
-// handle: both objects then close it. The copy exists for derived classes that are copied before
-// they start; copying a started thread object is not supported.
 #pragma once
 
 #include "base/ZoEvent.h"
@@ -34,11 +12,12 @@
 #include <cstdint>
 #include <thread>
 
-// The names every ZoThread instantiation shares.
+/// The names every ZoThread instantiation shares.
+/// @ingroup concurrency
 class ZO_API ZoThreadTypes
 {
 public:
-    // The Windows thread priorities themselves, so they compare with the system's values directly.
+    /// The Windows thread priorities themselves, so they compare with the system's values directly.
     enum EThreadPriority : int32_t
     {
         eIdle = -15,
@@ -49,11 +28,13 @@ public:
         eHighest = 2,
         eTimeCritical = 15,
     };
+    /// Options of a thread object, read by the routine when it ends.
     enum EFlags : uint32_t
     {
-        // The thread object deletes itself when its routine ends.
+        /// The thread object deletes itself when its routine ends.
         eAutoDelete = 1,
     };
+    /// Bits of the state word (GetState()).
     enum EState : uint32_t
     {
         eStarted = 1,
@@ -64,19 +45,43 @@ public:
     };
 };
 
+/// ZoThread<Object, Policy>: an owned thread that calls one member function of one object. The
+/// object and its run function are fixed at construction; Start() makes the thread (through the
+/// policy, suspended, then resumed), and the thread routine runs the derived class's onBeforeRun
+/// hook, the run function and the onAfterRun hook, turning every exception and a run function
+/// result of 0 into a failed state and exit code 1. No exception ever leaves the thread.
+///
+/// The state word (eStarted, eRunning, eFinished, eSuspended, eFailed) is written by the owning
+/// thread (Start, Suspend, Resume, Terminate) and by the thread routine without a lock; it is atomic,
+/// but a reader may see it a moment late. Decisions that must be exact go through the system (the
+/// exit code, waits on the thread handle).
+///
+/// With the flag eAutoDelete the routine deletes the object when it ends: such an object is made
+/// with new and not touched by its creator after Start(). Its destructor never kills the thread.
+///
+/// Termination stops the thread from outside, which skips the rest of its routine (the terminate
+/// event is not set, an auto-delete object not deleted). On Windows the thread stops at once. On
+/// POSIX it stops at its next wait (an event, a sleep, a blocking call), unwinding its stack, and a
+/// thread that never waits cannot be stopped; see ZoOS::TerminateThreadObject.
+///
+/// Copying copies every field, the thread handle and the state included, without duplicating the
+/// handle: both objects then close it. The copy exists for derived classes that are copied before
+/// they start; copying a started thread object is not supported.
+/// @ingroup concurrency
 template <class Object, class Policy>
 class ZO_TEMPLATE_API ZoThread : public ZoThreadTypes
 {
 public:
-    // Returns non-zero for success.
+    /// Returns non-zero for success.
     typedef int (Object::*RunFunction)();
 
-    // Fills the fields; no thread is made yet. The name is stored only, never given to the system.
+    /// Fills the fields; no thread is made yet. The name is stored only, never given to the system.
     ZoThread(Object& object, RunFunction run, const CString& name, EThreadPriority priority)
         : m_name(name), m_object(&object), m_run(run), m_thread(nullptr), m_startEvent(nullptr),
           m_terminateEvent(nullptr), m_priority(priority), m_threadId(0), m_state(0), m_startInProgress(false)
     {
     }
+    /// Copies every field, the thread handle included without duplicating it (see the class note): for derived objects copied before they start.
     ZoThread(const ZoThread& other)
         : m_policy(other.m_policy), m_name(other.m_name), m_flags(other.m_flags), m_object(other.m_object),
           m_run(other.m_run), m_thread(other.m_thread), m_startEvent(other.m_startEvent.load()),
@@ -86,7 +91,7 @@ public:
     }
     ZoThread& operator=(const ZoThread&) = delete;
 
-    // Terminates a thread that is still active (unless eAutoDelete is set), then closes the handle.
+    /// Terminates a thread that is still active (unless eAutoDelete is set), then closes the handle.
     virtual ~ZoThread()
     {
         if (m_thread != nullptr) {
@@ -97,10 +102,10 @@ public:
         }
     }
 
-    // Starts the thread. False while an earlier thread of this object still runs (nothing changes
-    // then) and when the system cannot make a thread (thread id 0xFFFFFFFF, null handle). A finished
-    // thread is replaced: once the old routine has fully ended, its handle is closed and the state
-    // cleared. The new thread already runs when its requested priority is applied.
+    /// Starts the thread. False while an earlier thread of this object still runs (nothing changes
+    /// then) and when the system cannot make a thread (thread id 0xFFFFFFFF, null handle). A finished
+    /// thread is replaced: once the old routine has fully ended, its handle is closed and the state
+    /// cleared. The new thread already runs when its requested priority is applied.
     virtual int Start()
     {
         if (m_thread != nullptr) {
@@ -139,8 +144,8 @@ public:
         return true;
     }
 
-    // Start(), then blocks until the new thread's onBeforeRun has returned (or failed), so the
-    // derived class's start-up work is done when this returns true. False when Start fails.
+    /// Start(), then blocks until the new thread's onBeforeRun has returned (or failed), so the
+    /// derived class's start-up work is done when this returns true. False when Start fails.
     virtual bool StartAndWait()
     {
         ZoEvent started(true);
@@ -156,8 +161,8 @@ public:
         return true;
     }
 
-    // Kills a thread that is still active (exit code STILL_ACTIVE), closes the handle and sets the
-    // state to exactly eFinished. The killed thread's exit code is STILL_ACTIVE too.
+    /// Kills a thread that is still active (exit code STILL_ACTIVE), closes the handle and sets the
+    /// state to exactly eFinished. The killed thread's exit code is STILL_ACTIVE too.
     void Terminate()
     {
         if (m_thread != nullptr) {
@@ -169,15 +174,16 @@ public:
         m_state.store(eFinished);
     }
 
-    // A handle is held and the system reports the thread active.
+    /// A handle is held and the system reports the thread active.
     int IsRunning() const { return m_thread != nullptr && exitCodeIs(STILL_ACTIVE); }
+    /// Non-zero unless the routine failed (an exception, or a run function result of 0); also non-zero before Start.
     int IsSuccessful() const { return (m_state.load() & eFailed) == 0; }
-    // Blocks up to `timeoutMs`; false only when the wait timed out, so a failed wait (no thread, a
-    // failed start) answers true.
+    /// Blocks up to `timeoutMs`; false only when the wait timed out, so a failed wait (no thread, a
+    /// failed start) answers true.
     bool WaitUntilTerminate(uint32_t timeoutMs) const { return ZoOS::WaitForObject(m_thread, timeoutMs) != ZoOS::sc_waitTimeout; }
 
-    // False unless the routine runs; true at once when already suspended; else suspends the thread
-    // (stopping it wherever it is, locks included) and sets eSuspended.
+    /// False unless the routine runs; true at once when already suspended; else suspends the thread
+    /// (stopping it wherever it is, locks included) and sets eSuspended.
     int Suspend()
     {
         const uint32_t state = m_state.load();
@@ -190,7 +196,7 @@ public:
         m_state.fetch_or(eSuspended);
         return true;
     }
-    // The mirror of Suspend: true at once when not suspended.
+    /// The mirror of Suspend: true at once when not suspended.
     int Resume()
     {
         const uint32_t state = m_state.load();
@@ -204,42 +210,52 @@ public:
         return true;
     }
 
-    // Changes the running thread's priority only; the priority requested for the next Start stays.
+    /// Changes the running thread's priority only; the priority requested for the next Start stays.
     int SetPriority(EThreadPriority priority) { return ZoOS::SetThreadPriorityLevel(m_thread, priority); }
-    // The priority the next Start applies.
+    /// The priority the next Start applies.
     EThreadPriority GetRequestedPriority() const { return m_priority; }
-    // The thread's present priority; ZoOS::sc_threadPriorityError when it cannot be read.
+    /// The thread's present priority; ZoOS::sc_threadPriorityError when it cannot be read.
     EThreadPriority GetPriority() const { return static_cast<EThreadPriority>(ZoOS::GetThreadPriorityLevel(m_thread)); }
-    // One step up (down) the ladder -15, -2, -1, 0, 1, 2, 15. False at the top (bottom) and for a
-    // present priority off the ladder; otherwise whether the change succeeded.
+    /// One step up (down) the ladder -15, -2, -1, 0, 1, 2, 15. False at the top (bottom) and for a
+    /// present priority off the ladder; otherwise whether the change succeeded.
     int SpeedUp() { return stepPriority(+1); }
+    /// One step down the priority ladder; see SpeedUp.
     int SlowDown() { return stepPriority(-1); }
 
-    // An event the routine sets once, when it ends. Set it before Start.
+    /// An event the routine sets once, when it ends. Set it before Start.
     void SetTerminateEvent(ZoEvent& event) { m_terminateEvent.store(&event); }
+    /// The system handle of the thread; null before Start and after the handle was closed. Owned by this object.
     HANDLE GetThreadHandle() const { return m_thread; }
+    /// The system's id of the thread; 0 before Start.
     uint32_t GetThreadId() const { return m_threadId; }
+    /// Renames the object; the name is not given to the system.
     void SetName(const CString& name) { m_name = name; }
+    /// The name given at construction or by SetName.
     const CString& GetName() const { return m_name; }
-    // The state bits (EState); see the class comment on staleness.
+    /// The state bits (EState); see the class comment on staleness.
     uint32_t GetState() const { return m_state.load(); }
 
-    // The flags are read by the routine when it ends: change them before Start.
+    /// The flags are read by the routine when it ends: change them before Start.
     const ZoFlags<EFlags>& GetFlags() const { return m_flags; }
+    /// Replaces every flag with `flags`.
     void SetFlags(EFlags flags) { m_flags.SetFlags(flags); }
+    /// Sets the bits of `flags`; the others stay.
     void AddFlags(EFlags flags) { m_flags.AddFlags(flags); }
+    /// Clears the bits of `flags`; the others stay.
     void RemoveFlags(EFlags flags) { m_flags.RemoveFlags(flags); }
+    /// True when every bit of `flags` is set (so always for no bits).
     bool IsFlagsSet(EFlags flags) const { return m_flags.IsFlagsSet(flags); }
+    /// True when at least one bit of `flags` is set (so never for no bits).
     bool IsOneFlagSet(EFlags flags) const { return m_flags.IsOneFlagSet(flags); }
 
 protected:
-    // Runs on the new thread before the run function; an exception marks the thread failed and the
-    // run function is skipped. Empty here.
+    /// Runs on the new thread before the run function; an exception marks the thread failed and the
+    /// run function is skipped. Empty here.
     virtual void onBeforeRun() {}
-    // Runs on the thread after a successful run function, with 0; an exception marks it failed.
+    /// Runs on the thread after a successful run function, with 0; an exception marks it failed.
     virtual void onAfterRun(uint32_t) {}
 
-    // The thread's start routine; `argument` is the thread object.
+    /// The thread's start routine; `argument` is the thread object.
     static unsigned int ThreadProc(void* argument)
     {
         auto* self = static_cast<ZoThread*>(argument);
@@ -323,6 +339,6 @@ private:
     EThreadPriority m_priority;
     uint32_t m_threadId;
     std::atomic<uint32_t> m_state;
-    // True from the start of Start() until its last touch of the object.
+    /// True from the start of Start() until its last touch of the object.
     std::atomic<bool> m_startInProgress;
 };
