@@ -1,6 +1,8 @@
-// ZoAtomicCounter: a signed 32-bit counter whose changes (increment, decrement, add, exchange) are
-// atomic read-modify-write operations with full barriers. Plain assignment and reads are ordinary
-// atomic loads and stores, so a read may be stale by the time it is used.
+/// @class ZoAtomicCounter
+/// ZoAtomicCounter: a signed 32-bit counter whose changes (increment, decrement, add, exchange) are
+/// atomic read-modify-write operations with full barriers. Plain assignment and reads are ordinary
+/// atomic loads and stores, so a read may be stale by the time it is used.
+/// @ingroup objectmodel
 #pragma once
 
 #include "platform/ZoExport.h"
@@ -25,11 +27,11 @@ public:
         return *this;
     }
 
-    // Each returns the value after the change; like the underlying atomics they wrap around.
+    /// Each returns the value after the change; like the underlying atomics they wrap around.
     int32_t operator++() { return wrappedSum(m_value.fetch_add(1), 1); }
     int32_t operator--() { return wrappedSum(m_value.fetch_sub(1), -1); }
     int32_t operator+=(int32_t amount) { return wrappedSum(m_value.fetch_add(amount), amount); }
-    // Stores `value` and returns the value it replaced.
+    /// Stores `value` and returns the value it replaced.
     int32_t ExchangeValue(int32_t value) { return m_value.exchange(value); }
 
     int32_t GetValue() const { return m_value.load(std::memory_order_relaxed); }

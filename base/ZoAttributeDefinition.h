@@ -1,11 +1,13 @@
-// ZoAttributeDefinition: describes one run-time attribute of the records of a ZoAttributeContainer:
-// how many bytes it takes in every record, the unique ID it is found by, how its bytes are made and
-// torn down, and whether it is written when records are serialized. The container fills in where it
-// placed the attribute (byte offset inside the record and container number); until then both read
-// 0xFFFFFFFF and Exists() is false.
-//
-// Always handled through ZoSmartPointer. A copy takes every field (placement included) and starts
-// with a reference count of its own.
+/// @class ZoAttributeDefinition
+/// ZoAttributeDefinition: describes one run-time attribute of the records of a ZoAttributeContainer:
+/// how many bytes it takes in every record, the unique ID it is found by, how its bytes are made and
+/// torn down, and whether it is written when records are serialized. The container fills in where it
+/// placed the attribute (byte offset inside the record and container number); until then both read
+/// 0xFFFFFFFF and Exists() is false.
+///
+/// Always handled through ZoSmartPointer. A copy takes every field (placement included) and starts
+/// with a reference count of its own.
+/// @ingroup graphs
 #pragma once
 
 #include "base/ZoConstructor.h"
@@ -24,16 +26,16 @@ class ZO_API ZoAttributeDefinition : public ZoReferenceCountedClass<ZoAttributeD
 public:
     static const uint32_t sc_uiNotPlaced = 0xFFFFFFFFu;
 
-    // Size 0, unique ID 0xFFFFFFFF, no constructor or destructor, not serialized, not placed.
+    /// Size 0, unique ID 0xFFFFFFFF, no constructor or destructor, not serialized, not placed.
     ZoAttributeDefinition();
-    // `serialize` sets both the serialize and the serialize-standard flag. Not placed.
+    /// `serialize` sets both the serialize and the serialize-standard flag. Not placed.
     ZoAttributeDefinition(uint32_t elementSize, uint32_t uniqueID, ZoSmartPointer<const ZoConstructor> constructor,
                           ZoSmartPointer<const ZoDestructor> destructor, int serialize, const CString& name = CString());
     ZoAttributeDefinition(const ZoAttributeDefinition& other);
     ZoAttributeDefinition& operator=(const ZoAttributeDefinition& other);
     ~ZoAttributeDefinition() override;
 
-    // Placed in a container (an index is set) or bound to an array.
+    /// Placed in a container (an index is set) or bound to an array.
     virtual int Exists() const;
 
     const CString& GetName() const { return m_name; }
@@ -44,10 +46,10 @@ public:
     int IsSerializeStandard() const { return m_serializeStandard; }
     const ZoSmartPointer<const ZoConstructor>& GetConstructor() const { return m_constructor; }
     const ZoSmartPointer<const ZoDestructor>& GetDestructor() const { return m_destructor; }
-    // Byte offset inside the record; sc_uiNotPlaced while not placed.
+    /// Byte offset inside the record; sc_uiNotPlaced while not placed.
     uint32_t GetIndex() const { return m_index; }
     void SetIndex(uint32_t index) { m_index = index; }
-    // Container number; sc_uiNotPlaced while not placed.
+    /// Container number; sc_uiNotPlaced while not placed.
     uint32_t GetContainer() const { return m_container; }
     void SetContainer(uint32_t container) { m_container = container; }
     ZoArrayDynamicSize* GetArray() const { return m_array; }

@@ -1,7 +1,9 @@
-// ZoColorMap: maps a scalar range onto a colour gradient interpolated in HSV, for false-colour
-// display of measured values. Values below the range take the underflow colour, values above it the
-// overflow colour. Defaults: range 0..1, minimum and underflow colour blue, maximum and overflow
-// colour red, so the gradient runs blue, cyan, green, yellow, red.
+/// @class ZoColorMap
+/// ZoColorMap: maps a scalar range onto a colour gradient interpolated in HSV, for false-colour
+/// display of measured values. Values below the range take the underflow colour, values above it the
+/// overflow colour. Defaults: range 0..1, minimum and underflow colour blue, maximum and overflow
+/// colour red, so the gradient runs blue, cyan, green, yellow, red.
+/// @ingroup values
 #pragma once
 
 #include "base/ZoColor.h"
@@ -15,8 +17,8 @@ class ZO_API ZoColorMap
 public:
     ZoColorMap();
     ZoColorMap(float minimum, float maximum);
-    // The range of `count` values (not checked for NaN). With count 0 the range stays empty (minimum
-    // the largest float, maximum its negative), so every value maps to the underflow colour.
+    /// The range of `count` values (not checked for NaN). With count 0 the range stays empty (minimum
+    /// the largest float, maximum its negative), so every value maps to the underflow colour.
     ZoColorMap(const float* values, uint32_t count);
     ZoColorMap(const ZoColorMap& other) = default;
     ZoColorMap& operator=(const ZoColorMap& other) = default;
@@ -28,10 +30,10 @@ public:
     void SetUnderflowColor(const ZoColor& color) { m_underflowColor = color; }
     void SetOverflowColor(const ZoColor& color) { m_overflowColor = color; }
 
-    // Below the minimum: the underflow colour; above the maximum: the overflow colour; an empty range
-    // (minimum = maximum): the underflow colour; otherwise the HSV interpolation of the minimum and
-    // maximum colours. Colours from the gradient are opaque. NaN falls through to the interpolation
-    // and gives whatever HsvToRgb keeps for a hue it cannot place.
+    /// Below the minimum: the underflow colour; above the maximum: the overflow colour; an empty range
+    /// (minimum = maximum): the underflow colour; otherwise the HSV interpolation of the minimum and
+    /// maximum colours. Colours from the gradient are opaque. NaN falls through to the interpolation
+    /// and gives whatever HsvToRgb keeps for a hue it cannot place.
     ZoColor GetColorValue(float value) const;
 
 protected:

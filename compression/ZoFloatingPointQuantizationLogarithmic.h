@@ -1,10 +1,12 @@
-// ZoFloatingPointQuantizationLogarithmic<23,8>: the lossless, order-preserving mapping of the IEEE
-// single-precision bit pattern onto 32-bit unsigned integers. Negative numbers map below positive
-// ones and the unsigned order follows the numeric order (-0.0 sits just below +0.0), so the
-// difference of two mapped values grows with the distance of the floats in units of the last
-// place. Every pattern, NaN payloads included, comes back bit for bit.
-//
-// The arguments are the mantissa and exponent widths of the format; only <23,8> exists.
+/// @class ZoFloatingPointQuantizationLogarithmic
+/// ZoFloatingPointQuantizationLogarithmic<23,8>: the lossless, order-preserving mapping of the IEEE
+/// single-precision bit pattern onto 32-bit unsigned integers. Negative numbers map below positive
+/// ones and the unsigned order follows the numeric order (-0.0 sits just below +0.0), so the
+/// difference of two mapped values grows with the distance of the floats in units of the last
+/// place. Every pattern, NaN payloads included, comes back bit for bit.
+///
+/// The arguments are the mantissa and exponent widths of the format; only <23,8> exists.
+/// @ingroup compression
 #pragma once
 
 #include "compression/ZoFloatingPointQuantization.h"
