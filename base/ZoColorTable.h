@@ -30,17 +30,28 @@ class ZO_API ZoColorTable : public ZoReferenceCountedClass<ZoColorTable>
 public:
     /// Range 0..1.
     explicit ZoColorTable(uint32_t entries);
+    /// `entries` entries over minimum..maximum, all of them opaque white until coloured; underflow
+    /// colour blue, overflow colour red.
     ZoColorTable(uint32_t entries, float minimum, float maximum);
+    /// Copies entries, range and colours; the copy has a reference count of its own.
     ZoColorTable(const ZoColorTable& other);
+    /// Copies entries, range and colours; the reference count stays this object's.
     ZoColorTable& operator=(const ZoColorTable& other);
     ~ZoColorTable() override;
 
+    /// Replaces the range the entries span; the entries keep their colours. Not checked.
     void SetMinMax(float minimum, float maximum);
+    /// The range the entries span.
     void GetMinMax(float& minimum, float& maximum) const;
+    /// Colour of values below the range.
     void SetUnderflowColor(const ZoColor& color) { m_underflowColor = color; }
+    /// Colour of values below the range.
     const ZoColor& GetUnderflowColor() const { return m_underflowColor; }
+    /// Colour of values above the range.
     void SetOverflowColor(const ZoColor& color) { m_overflowColor = color; }
+    /// Colour of values above the range.
     const ZoColor& GetOverflowColor() const { return m_overflowColor; }
+    /// Entries in the table, fixed at construction (or by reading a table).
     uint32_t GetEntryCount() const { return static_cast<uint32_t>(m_entries.size()); }
 
     /// Entries getEntry(from) .. getEntry(to) inclusive become `color`; nothing when from lies above
@@ -65,7 +76,9 @@ public:
     void Serialize(ZoStreamReadBinary& stream);
 
 protected:
+    /// The index of the entry that covers `value`, clamped to the table.
     uint32_t getEntry(float value) const;
+    /// The value at which entry `index` lies within the range.
     float getValue(uint32_t index) const;
 
 private:

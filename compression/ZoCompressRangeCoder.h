@@ -56,8 +56,10 @@ public:
     /// Codes the low bitCount (0 .. 32) bits of value at uniform probability; above 16 bits in two
     /// steps (the high bits, then the low 16), since one step may use at most 16 bits of the range.
     void WriteRawBits(uint32_t value, uint32_t bitCount);
+    /// Codes `size` bytes at uniform probability, 8 raw bits each.
     void WriteRaw(const void* data, uint32_t size) { write(data, size); }
 
+    ///@{
     /// Symbols of the coder's own model (requires value < its symbol count; a negative char is
     /// sign-extended and therefore out of range). 16-bit and 8-bit values are zero-extended; the
     /// 64-bit ones give their low 32 bits. Both 64-bit types are symbols, so that uint64_t codes
@@ -72,6 +74,7 @@ public:
     ZoCompressRangeCoder& operator<<(unsigned long value) override { return symbol(static_cast<uint32_t>(value)); }
     ZoCompressRangeCoder& operator<<(long long value) override { return symbol(static_cast<uint32_t>(value)); }
     ZoCompressRangeCoder& operator<<(unsigned long long value) override { return symbol(static_cast<uint32_t>(value)); }
+    ///@}
 
 private:
     /// The raw sink: every byte at uniform probability (8 raw bits).

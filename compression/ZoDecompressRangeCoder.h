@@ -34,6 +34,8 @@ public:
     ZoDecompressRangeCoder(const ZoDecompressRangeCoder&) = delete;
     ZoDecompressRangeCoder& operator=(const ZoDecompressRangeCoder&) = delete;
 
+    /// The next symbol, decoded with `model`, which must be in the state the encoder's model was in
+    /// for that symbol; the symbol is then counted in the model, as the encoder counted it.
     uint32_t ReadSymbol(ZoProbabilityModelQuasiStatic& model)
     {
         normalize();
@@ -48,8 +50,10 @@ public:
     }
     /// bitCount 0 .. 32, as written.
     uint32_t ReadRawBits(uint32_t bitCount);
+    /// Decodes `size` bytes written by WriteRaw (8 raw bits each).
     void ReadRaw(void* data, size_t size) { read(data, size); }
 
+    ///@{
     /// Symbols of the decoder's own model, truncated to the target's width; the 64-bit targets get
     /// the symbol zero-extended.
     using ZoStreamReadBinary::operator>>;
@@ -62,6 +66,7 @@ public:
     ZoDecompressRangeCoder& operator>>(unsigned long& value) override { return symbol(value); }
     ZoDecompressRangeCoder& operator>>(long long& value) override { return symbol(value); }
     ZoDecompressRangeCoder& operator>>(unsigned long long& value) override { return symbol(value); }
+    ///@}
 
 protected:
     /// Decodes `size` bytes written by the encoder's raw sink; returns size.
