@@ -25,6 +25,9 @@ public:
     explicit ZoCriticalSection(uint32_t spinCount = sc_uiDefaultSpinCount);
     ~ZoCriticalSection();
     ZoCriticalSection(const ZoCriticalSection&) = delete;
+    /// Copies what the platform allows: the raw lock words on Windows, as the class always has, the
+    /// spin count only on POSIX (a mutex copied byte for byte is undefined there). Never assign a lock
+    /// that is in use.
     ZoCriticalSection& operator=(const ZoCriticalSection& other);
 
     /// Blocks until the lock is free or already owned by the caller.
@@ -35,6 +38,7 @@ public:
     bool TryEnter();
     /// How many times the owner has entered without leaving; 0 for a free lock.
     int32_t GetRecursionCount() const;
+    /// The spin count in effect.
     uint32_t GetSpinCount() const;
 
 private:

@@ -28,6 +28,7 @@ class ZoArray;
 class ZO_API ZoEvent
 {
 public:
+    /// Outcome of a wait.
     enum EWaitResult
     {
         eWaitFailed = 0,   ///< the wait failed (a null or closed handle) or was abandoned
@@ -46,6 +47,7 @@ public:
 
     /// True exactly when the system call succeeded.
     bool Set();
+    /// Makes the event not signalled; true when the system call succeeded.
     bool Reset();
     /// Releases the threads waiting right now (all of them, or one for an auto-reset event) and
     /// leaves the event not signalled; a pulse with nobody waiting is lost.

@@ -28,6 +28,7 @@ public:
 
     /// The last successful call's stream, or null when the object is empty.
     const unsigned char* GetOutputBuffer() const { return m_outputBuffer.get(); }
+    /// Bytes in GetOutputBuffer(); 0 when the object is empty.
     uint32_t GetOutputSize() const { return m_outputSize; }
 
 protected:

@@ -45,6 +45,7 @@ public:
 
     /// The last call's buffer, or null when the object is empty.
     const unsigned char* GetOutputBuffer() const { return m_outputBuffer.get(); }
+    /// Bytes in GetOutputBuffer(); 0 when the object is empty.
     uint64_t GetOutputSize() const { return m_outputSize; }
 
 protected:

@@ -23,12 +23,15 @@ class ZO_TEMPLATE_API ZoFloatingPointQuantizationLogarithmic : public ZoFloating
 public:
     ZoFloatingPointQuantizationLogarithmic() : ZoFloatingPointQuantization(32) {}
 
+    /// The float's bits made order-preserving (negative values inverted, positive ones with the sign
+    /// bit set); exact for every value, NaN included.
     uint32_t Map(float value) const override
     {
         uint32_t bits = 0;
         std::memcpy(&bits, &value, sizeof bits);
         return static_cast<int32_t>(bits) < 0 ? ~bits : bits ^ 0x80000000u;
     }
+    /// The exact inverse of Map.
     float Unmap(uint32_t mapped) const override
     {
         const uint32_t bits = static_cast<int32_t>(mapped) >= 0 ? ~mapped : mapped ^ 0x80000000u;

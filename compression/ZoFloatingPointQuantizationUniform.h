@@ -20,6 +20,8 @@ public:
     /// the 32-bit range, infinity or NaN converts as the processor's truncation does, to the
     /// integer-indefinite 0x80000000, and so usually clamps to 0: data that relied on it maps alike.
     uint32_t Map(float value) const override;
+    /// The value of step `mapped`: (round(minimum · scale) + mapped) / scale, the sum taken in 32-bit
+    /// integers.
     float Unmap(uint32_t mapped) const override;
 
     /// minimum · scale, rounded.

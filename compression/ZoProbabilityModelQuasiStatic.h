@@ -27,6 +27,7 @@ public:
     /// 2^totalBits >= 4 * symbolCount and maximumUpdatePeriod < 2^(totalBits+1). With 16 bits this
     /// admits at most 16384 symbols.
     ZoProbabilityModelQuasiStatic(uint32_t symbolCount, uint32_t totalBits, uint32_t maximumUpdatePeriod);
+    /// Copies the counts and the update state: the copy codes as the original would from here on.
     ZoProbabilityModelQuasiStatic(const ZoProbabilityModelQuasiStatic& other) = default;
     ZoProbabilityModelQuasiStatic& operator=(const ZoProbabilityModelQuasiStatic&) = delete;
 
@@ -48,7 +49,9 @@ public:
     /// counts the symbol. Used when decoding.
     uint32_t GetSymbol(uint32_t& target, uint32_t& frequency);
 
+    /// B: frequencies are out of 2^B.
     uint32_t GetTotalBits() const { return m_totalBits; }
+    /// N, the number of symbols.
     uint32_t GetSymbolCount() const { return m_symbolCount; }
 
 private:

@@ -23,6 +23,7 @@ public:
     explicit ZoStreamReadCompressedFloatingPoint(ZoStreamReadBinary& source);
     ~ZoStreamReadCompressedFloatingPoint() override;
 
+    /// The next value, given the same prediction the writer used for it.
     float ReadValue(float prediction)
     {
         return m_quantization->Unmap(ZoStreamReadPredictiveCoder::ReadValue(m_quantization->Map(prediction)));

@@ -35,6 +35,7 @@ protected:
     /// Reads and checks the version record, then the coded block.
     void initialize(ZoStreamReadBinary& source);
 
+    /// Reads nothing (returns 0): the stream decodes only through ReadValue.
     uint64_t read(void* buffer, uint64_t size) override;
 
 private:

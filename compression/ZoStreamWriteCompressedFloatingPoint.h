@@ -27,6 +27,8 @@ public:
     ZoStreamWriteCompressedFloatingPoint(ZoStreamWriteBinary& target, uint32_t sizeHint);
     ~ZoStreamWriteCompressedFloatingPoint() override;
 
+    /// Codes the value as the difference of its code from the prediction's code; the reader needs
+    /// the same prediction to get it back.
     void WriteValue(float value, float prediction)
     {
         const uint32_t mappedPrediction = m_quantization->Map(prediction);

@@ -33,6 +33,7 @@ public:
     void WriteValue(uint32_t value, uint32_t prediction);
 
 protected:
+    /// For derived streams that write a version record of their own number.
     ZoStreamWritePredictiveCoder(ZoStreamWriteBinary& target, uint32_t n, uint32_t sizeHint, uint32_t version);
 
     /// Swallows whatever the inherited operators send: the stream codes only through WriteValue.

@@ -14,6 +14,7 @@
 class ZO_API CMemFile : public CFile
 {
 public:
+    /// An empty memory file that grows its own buffer in steps of `growBytes`.
     explicit CMemFile(uint32_t growBytes = 1024);
     /// Works over the caller's buffer of `size` bytes, all of them readable. With growBytes 0 the
     /// buffer is never reallocated and stays the caller's; otherwise it must come from std::malloc,
@@ -21,6 +22,7 @@ public:
     CMemFile(unsigned char* buffer, uint32_t size, uint32_t growBytes = 0);
     ~CMemFile() override;
 
+    /// Drops the present buffer and works over the caller's, as the buffer constructor does.
     void Attach(unsigned char* buffer, uint32_t size, uint32_t growBytes = 0);
     /// Hands the buffer to the caller and leaves the file empty.
     unsigned char* Detach();
