@@ -1,21 +1,23 @@
-// ZoArray2D<T>: a dense rectangular grid of numbers (an image, a height field, a map of
-// measurements) for T = unsigned char, unsigned short, uint32_t (the library's unsigned long) and
-// float. The elements lie row after row in one block without padding; a table of row pointers gives
-// `array[y][x]` without a multiplication. Element-wise operations walk the block as one run.
-//
-// An array is empty (no block), owns its block, or borrows the caller's (the four-argument
-// constructor with copy 0; the caller keeps that block alive and frees it). Assignment to an array
-// of the same dimensions copies into the existing block, borrowed or not; every reallocation makes
-// the array owning. The row table is always the array's own.
-//
-// Nothing checks coordinates, sizes of the other arrays in element-wise operations, or integer
-// division by zero in the division operators: those are the caller's. Allocation failure throws
-// std::bad_alloc.
-//
-// Binary form: version record 0, width, height, element size (unsigned 32-bit each), then the block
-// as laid out in memory. Reading refuses another element size with ZoExceptionWrongFileVersion and
-// data that ends before the dimensions say with ZoExceptionStream; the block is allocated only as
-// far as data really arrives.
+/// @class ZoArray2D
+/// ZoArray2D<T>: a dense rectangular grid of numbers (an image, a height field, a map of
+/// measurements) for T = unsigned char, unsigned short, uint32_t (the library's unsigned long) and
+/// float. The elements lie row after row in one block without padding; a table of row pointers gives
+/// `array[y][x]` without a multiplication. Element-wise operations walk the block as one run.
+///
+/// An array is empty (no block), owns its block, or borrows the caller's (the four-argument
+/// constructor with copy 0; the caller keeps that block alive and frees it). Assignment to an array
+/// of the same dimensions copies into the existing block, borrowed or not; every reallocation makes
+/// the array owning. The row table is always the array's own.
+///
+/// Nothing checks coordinates, sizes of the other arrays in element-wise operations, or integer
+/// division by zero in the division operators: those are the caller's. Allocation failure throws
+/// std::bad_alloc.
+///
+/// Binary form: version record 0, width, height, element size (unsigned 32-bit each), then the block
+/// as laid out in memory. Reading refuses another element size with ZoExceptionWrongFileVersion and
+/// data that ends before the dimensions say with ZoExceptionStream; the block is allocated only as
+/// far as data really arrives.
+/// @ingroup containers
 #pragma once
 
 #include "base/ZoExceptionDivisionByZero.h"
@@ -46,12 +48,12 @@ class ZO_TEMPLATE_API ZoArray2D
                   "ZoArray2D exists for unsigned char, unsigned short, uint32_t and float");
 
 public:
-    // 0 x 0, no block.
+    /// 0 x 0, no block.
     ZoArray2D() : m_data(nullptr), m_rows(nullptr), m_width(0), m_height(0), m_ownsData(0) {}
-    // An owned, uninitialised block.
+    /// An owned, uninitialised block.
     ZoArray2D(uint32_t width, uint32_t height) : ZoArray2D() { SetElementCount(width, height); }
-    // With `copy` nonzero the array owns a copy of width x height elements of `data`; with `copy` 0
-    // it uses `data` itself and borrows it.
+    /// With `copy` nonzero the array owns a copy of width x height elements of `data`; with `copy` 0
+    /// it uses `data` itself and borrows it.
     ZoArray2D(uint32_t width, uint32_t height, T* data, int copy) : ZoArray2D()
     {
         m_width = width;
@@ -66,11 +68,12 @@ public:
         }
         m_ownsData = copy;
     }
+    /// An owned copy of the other's elements (a borrowed source is copied too).
     ZoArray2D(const ZoArray2D& other) : ZoArray2D() { *this = other; }
     virtual ~ZoArray2D() { freeStorage(); }
 
-    // Same dimensions: copies into the present block (even a borrowed one). Otherwise a new owned
-    // block of the source's dimensions.
+    /// Same dimensions: copies into the present block (even a borrowed one). Otherwise a new owned
+    /// block of the source's dimensions.
     ZoArray2D& operator=(const ZoArray2D& other)
     {
         if (this == &other)
@@ -86,8 +89,8 @@ public:
             std::memcpy(m_data, other.m_data, byteCount());
         return *this;
     }
-    // New dimensions with an owned, uninitialised block (none when a dimension is 0). Contents are
-    // not kept.
+    /// New dimensions with an owned, uninitialised block (none when a dimension is 0). Contents are
+    /// not kept.
     void SetElementCount(uint32_t width, uint32_t height)
     {
         freeStorage();
@@ -96,50 +99,58 @@ public:
         allocateOwned();
     }
 
+    /// Columns; 0 for an array without elements.
     uint32_t GetWidth() const { return m_width; }
+    /// Rows; 0 for an array without elements.
     uint32_t GetHeight() const { return m_height; }
+    /// Both dimensions at once.
     void GetCount(uint32_t& width, uint32_t& height) const
     {
         width = m_width;
         height = m_height;
     }
+    /// sizeof(T), the element size the binary form records.
     uint32_t GetElementSize() const { return static_cast<uint32_t>(sizeof(T)); }
-    // The row table and the elements.
+    /// The row table and the elements.
     uint32_t GetMemoryUsage() const
     {
         return static_cast<uint32_t>(m_height * sizeof(T*) + static_cast<uint64_t>(m_width) * m_height * sizeof(T));
     }
-    // The block, row 0 first; null when there is none.
+    /// The block, row 0 first; null when there is none.
     T* GetData() const { return m_data; }
 
-    // Row y. Requires: y < GetHeight() and a block (not checked).
+    /// Row y. Requires: y < GetHeight() and a block (not checked).
     T* operator[](uint32_t y) { return m_rows[y]; }
+    /// Row y, read-only. Requires: y < GetHeight() and a block (not checked).
     const T* operator[](uint32_t y) const { return m_rows[y]; }
 
+    /// Every element becomes `value`; does nothing without elements.
     void Set(const T& value) { std::fill(m_data, m_data + count(), value); }
+    /// Set(value).
     ZoArray2D& operator=(const T& value)
     {
         Set(value);
         return *this;
     }
+    /// Every element's bytes become 0; does nothing without a block.
     void Zero()
     {
         if (m_data != nullptr)
             std::memset(m_data, 0, byteCount());
     }
-    // Requires: `values` holds width x height elements (not checked).
+    /// Requires: `values` holds width x height elements (not checked).
     void Set(const T* values)
     {
         if (m_data != nullptr)
             std::memcpy(m_data, values, byteCount());
     }
-    // Requires: `other` has at least as many elements (not checked).
+    /// Requires: `other` has at least as many elements (not checked).
     void Set(const ZoArray2D& other)
     {
         if (m_data != nullptr && other.m_data != nullptr)
             std::memmove(m_data, other.m_data, byteCount());
     }
-    // Every element less than `border` away from an edge becomes `value`.
+    /// Every element less than `border` away from an edge becomes `value`.
     void SetBorder(const T& value, uint32_t border)
     {
         if (m_data == nullptr)
@@ -153,8 +164,8 @@ public:
         }
     }
 
-    // Copies the columns left..right and rows top..bottom (ends exclusive) of `source` to `point` of
-    // this array, clipped at this array's right and bottom edges. The source is not checked.
+    /// Copies the columns left..right and rows top..bottom (ends exclusive) of `source` to `point` of
+    /// this array, clipped at this array's right and bottom edges. The source is not checked.
     void BlitFrom(const ZoArray2D& source, const ZoRect<uint32_t>& rect, const ZoPoint<uint32_t>& point)
     {
         const uint64_t columns = static_cast<uint32_t>(rect.right - rect.left);
@@ -167,14 +178,17 @@ public:
         for (uint64_t y = point.y; y < yEnd; ++y)
             std::memmove(m_rows[y] + point.x, source.m_rows[rect.top + (y - point.y)] + rect.left, rowBytes);
     }
+    /// Copies `rect` of the source to (0, 0), clipped as the three-argument form clips.
     void BlitFrom(const ZoArray2D& source, const ZoRect<uint32_t>& rect) { BlitFrom(source, rect, ZoPoint<uint32_t>(0, 0)); }
+    /// Copies the whole source to (0, 0), clipped to this array.
     void BlitFrom(const ZoArray2D& source)
     {
         BlitFrom(source, ZoRect<uint32_t>(0, source.m_width, 0, source.m_height), ZoPoint<uint32_t>(0, 0));
     }
 
-    // Element-wise arithmetic; the array forms require `other` of the same size (not checked).
-    // Integer types divide with integer division; a zero divisor is the caller's fault.
+    ///@{
+    /// Element-wise arithmetic; the array forms require `other` of the same size (not checked).
+    /// Integer types divide with integer division; a zero divisor is the caller's fault.
     ZoArray2D& operator+=(const T& value) { return apply([&](T& e) { e = static_cast<T>(e + value); }); }
     ZoArray2D& operator-=(const T& value) { return apply([&](T& e) { e = static_cast<T>(e - value); }); }
     ZoArray2D& operator*=(const T& value) { return apply([&](T& e) { e = static_cast<T>(e * value); }); }
@@ -183,23 +197,27 @@ public:
     ZoArray2D& operator-=(const ZoArray2D& other) { return apply(other, [](T& e, T o) { e = static_cast<T>(e - o); }); }
     ZoArray2D& operator*=(const ZoArray2D& other) { return apply(other, [](T& e, T o) { e = static_cast<T>(e * o); }); }
     ZoArray2D& operator/=(const ZoArray2D& other) { return apply(other, [](T& e, T o) { e = static_cast<T>(e / o); }); }
+    ///@}
 
-    // Square root of every element; integer types compute in float and truncate.
+    /// Square root of every element; integer types compute in float and truncate.
     void Sqrt() { apply([](T& e) { e = fromFloat(std::sqrt(static_cast<float>(e))); }); }
-    // Element = atan2(other's element, this element), in double, converted back (truncated for
-    // integer types).
+    /// Element = atan2(other's element, this element), in double, converted back (truncated for
+    /// integer types).
     void Atan2(const ZoArray2D& other)
     {
         apply(other, [](T& e, T o) { e = fromFloat(std::atan2(static_cast<double>(o), static_cast<double>(e))); });
     }
-    // Element = a's when strictly smaller (Min) or larger (Max) than b's, else b's (so ties and NaN
-    // take b's).
+    ///@{
+    /// Element = a's when strictly smaller (Min) or larger (Max) than b's, else b's (so ties and NaN
+    /// take b's).
     void Min(const ZoArray2D& a, const ZoArray2D& b) { applyPair(a, b, [](T x, T y) { return x < y ? x : y; }); }
     void Max(const ZoArray2D& a, const ZoArray2D& b) { applyPair(a, b, [](T x, T y) { return x > y ? x : y; }); }
-    // Elements below `threshold` become `value`.
+    ///@}
+    /// Elements below `threshold` become `value`.
     void MinThreshold(T threshold, T value) { apply([&](T& e) { if (e < threshold) e = value; }); }
-    // Elements above `threshold` become `value`.
+    /// Elements above `threshold` become `value`.
     void MaxThreshold(T threshold, T value) { apply([&](T& e) { if (e > threshold) e = value; }); }
+    /// Elements below `low` become `low`, those above `high` become `high` (NaN stays).
     void Clamp(T low, T high)
     {
         apply([&](T& e) {
@@ -209,14 +227,16 @@ public:
                 e = high;
         });
     }
-    // Smallest and largest element, starting from element (0, 0); 0 for an array without elements.
+    ///@{
+    /// Smallest and largest element, starting from element (0, 0); 0 for an array without elements.
     T GetMin() const { return extreme([](T e, T best) { return e < best; }); }
     T GetMax() const { return extreme([](T e, T best) { return e > best; }); }
-    // Element = (element - minimum) / (maximum - minimum) computed in the element type. For float the
-    // result lies in 0..1; for the integer types it is integer arithmetic, so every element becomes 0
-    // except those equal to the maximum, which become 1 — existing callers depend on this
-    // difference. A constant integer array would divide by zero: that throws
-    // ZoExceptionDivisionByZero instead of stopping the process (float gives NaN as it must).
+    ///@}
+    /// Element = (element - minimum) / (maximum - minimum) computed in the element type. For float the
+    /// result lies in 0..1; for the integer types it is integer arithmetic, so every element becomes 0
+    /// except those equal to the maximum, which become 1 — existing callers depend on this
+    /// difference. A constant integer array would divide by zero: that throws
+    /// ZoExceptionDivisionByZero instead of stopping the process (float gives NaN as it must).
     void Normalize()
     {
         if (count() == 0)
@@ -231,9 +251,9 @@ public:
         apply([&](T& e) { e = static_cast<T>(static_cast<T>(e - minimum) / range); });
     }
 
-    // Bilinear value at (x, y). The right and lower neighbours are clamped to the last column and
-    // row, so x = width - 1 gives the last column's value; x and y themselves are the caller's to
-    // check (IsValidCoordinate). Computed in float; integer types truncate towards zero.
+    /// Bilinear value at (x, y). The right and lower neighbours are clamped to the last column and
+    /// row, so x = width - 1 gives the last column's value; x and y themselves are the caller's to
+    /// check (IsValidCoordinate). Computed in float; integer types truncate towards zero.
     T GetInterpolated(float x, float y) const
     {
         const int x0 = static_cast<int>(std::floor(x));
@@ -248,23 +268,27 @@ public:
         const float bottom = (1.0f - fx) * static_cast<float>(lower[x0]) + fx * static_cast<float>(lower[x1]);
         return fromFloat(top * (1.0f - fy) + bottom * fy);
     }
+    /// 1 when (x, y) names an element: 0 <= x < width and 0 <= y < height.
     int IsValidCoordinate(int x, int y) const
     {
         return x >= 0 && static_cast<int64_t>(x) < m_width && y >= 0 && static_cast<int64_t>(y) < m_height;
     }
+    /// 1 when x < width and y < height.
     int IsValidCoordinate(uint32_t x, uint32_t y) const { return x < m_width && y < m_height; }
-    // Strict at the upper end, so that the neighbours interpolation reads exist: x = width - 1 is
-    // refused here although the integer forms accept it. NaN is never valid.
+    /// Strict at the upper end, so that the neighbours interpolation reads exist: x = width - 1 is
+    /// refused here although the integer forms accept it. NaN is never valid.
     int IsValidCoordinate(float x, float y) const { return IsValidCoordinateX(x) && IsValidCoordinateY(y); }
+    /// The x half of the float test: 0 <= x < width - 1.
     int IsValidCoordinateX(float x) const { return x >= 0.0f && x < static_cast<float>(m_width) - 1.0f; }
+    /// The y half of the float test: 0 <= y < height - 1.
     int IsValidCoordinateY(float y) const { return y >= 0.0f && y < static_cast<float>(m_height) - 1.0f; }
 
-    // 4-connected flood fill from (x, y): every element reachable through elements equal to
-    // `oldValue` becomes `newValue`; returns how many changed (0 when (x, y) does not hold
-    // `oldValue`; a NaN never matches). Neighbours are visited in the order (x, y+1), (x+1, y),
-    // (x, y-1), (x-1, y) from a first-in first-out queue, and an element changes when it is queued.
-    // Requires: (x, y) inside the array, and oldValue != newValue — with equal values the fill never
-    // ends; that is the caller's to avoid, as it always has been (not checked).
+    /// 4-connected flood fill from (x, y): every element reachable through elements equal to
+    /// `oldValue` becomes `newValue`; returns how many changed (0 when (x, y) does not hold
+    /// `oldValue`; a NaN never matches). Neighbours are visited in the order (x, y+1), (x+1, y),
+    /// (x, y-1), (x-1, y) from a first-in first-out queue, and an element changes when it is queued.
+    /// Requires: (x, y) inside the array, and oldValue != newValue — with equal values the fill never
+    /// ends; that is the caller's to avoid, as it always has been (not checked).
     uint32_t FillArea(uint32_t x, uint32_t y, T oldValue, T newValue)
     {
         if (!(m_rows[y][x] == oldValue))
@@ -295,8 +319,8 @@ public:
         return changed;
     }
 
-    // Writes the binary form. An array left without a block by a failed read is written as 0 x 0;
-    // an empty array (5 x 0, 0 x 5) keeps its dimensions, since it needs no block.
+    /// Writes the binary form. An array left without a block by a failed read is written as 0 x 0;
+    /// an empty array (5 x 0, 0 x 5) keeps its dimensions, since it needs no block.
     virtual void Serialize(ZoStreamWriteBinary& stream) const
     {
         stream.WriteVersion(0);
@@ -307,12 +331,12 @@ public:
         if (hasBlock && byteCount() != 0)
             stream.WriteBuffer(m_data, byteCount());
     }
-    // Reads the binary form. The dimensions read are stored before the element size is checked, so
-    // after a ZoExceptionWrongFileVersion for the size GetWidth()/GetHeight() report the file's
-    // dimensions — callers have always been able to read them back there. If the element count
-    // changed, the array then has no block (storage never stays smaller than its dimensions). With
-    // the same count and a borrowed block the data is read into that block; otherwise into a new
-    // owned one.
+    /// Reads the binary form. The dimensions read are stored before the element size is checked, so
+    /// after a ZoExceptionWrongFileVersion for the size GetWidth()/GetHeight() report the file's
+    /// dimensions — callers have always been able to read them back there. If the element count
+    /// changed, the array then has no block (storage never stays smaller than its dimensions). With
+    /// the same count and a borrowed block the data is read into that block; otherwise into a new
+    /// owned one.
     virtual void Serialize(ZoStreamReadBinary& stream)
     {
         stream.ReadAndCompareVersion(0);
@@ -344,8 +368,8 @@ public:
         }
     }
 
-    // One line per row: "[", each element as an unsigned number followed by a tab, "]" and a line
-    // feed. Not available for float.
+    /// One line per row: "[", each element as an unsigned number followed by a tab, "]" and a line
+    /// feed. Not available for float.
     template <class U = T, std::enable_if_t<!std::is_floating_point_v<U>, int> = 0>
     void Dump(ZoStreamWrite& stream) const
     {
@@ -361,7 +385,7 @@ public:
     }
 
 private:
-    // Elements the block holds: width x height, or 0 without a block.
+    /// Elements the block holds: width x height, or 0 without a block.
     size_t count() const { return m_data != nullptr ? static_cast<size_t>(m_width) * m_height : 0; }
     size_t byteCount() const { return count() * sizeof(T); }
 
@@ -397,8 +421,8 @@ private:
                 best = m_data[i];
         return best;
     }
-    // The element type's value of a float or double result: truncated towards zero for the integer
-    // types, and held inside the type's range so that no conversion overflows.
+    /// The element type's value of a float or double result: truncated towards zero for the integer
+    /// types, and held inside the type's range so that no conversion overflows.
     template <class F>
     static T fromFloat(F value)
     {
@@ -419,7 +443,7 @@ private:
             throw std::bad_alloc();
         return static_cast<size_t>(elements) * sizeof(T);
     }
-    // An owned, uninitialised block and rows for the present dimensions, when both are nonzero.
+    /// An owned, uninitialised block and rows for the present dimensions, when both are nonzero.
     void allocateOwned()
     {
         m_ownsData = 1;
@@ -431,7 +455,7 @@ private:
         m_data = static_cast<T*>(block);
         buildRows();
     }
-    // Rebuilds the row table for the present block and dimensions.
+    /// Rebuilds the row table for the present block and dimensions.
     void buildRows()
     {
         std::free(m_rows);
@@ -444,7 +468,7 @@ private:
         for (uint32_t y = 0; y < m_height; ++y)
             m_rows[y] = m_data + static_cast<size_t>(y) * m_width;
     }
-    // Frees the block if owned (a borrowed one is only let go) and the rows.
+    /// Frees the block if owned (a borrowed one is only let go) and the rows.
     void freeStorage()
     {
         if (m_ownsData)
@@ -454,9 +478,9 @@ private:
         m_rows = nullptr;
         m_ownsData = 0;
     }
-    // Reads `elements` elements into a new block that grows only as fast as data arrives (1 MiB at
-    // first, then at most doubling), so a damaged size ends at the end of the data rather than in a
-    // huge allocation. Null for no elements.
+    /// Reads `elements` elements into a new block that grows only as fast as data arrives (1 MiB at
+    /// first, then at most doubling), so a damaged size ends at the end of the data rather than in a
+    /// huge allocation. Null for no elements.
     static T* readOwnedBlock(ZoStreamReadBinary& stream, uint64_t elements)
     {
         if (elements == 0)

@@ -1,16 +1,18 @@
-// ZoArrayManaged<T, policy>: the ZoArray for element types with constructors, copies and
-// destructors (strings, smart pointers, lists). It keeps ZoArray's growth, sizing and return values
-// but runs each element's own code wherever an element is created, copied, moved or dropped.
-//
-// Invariant: exactly the elements [0, GetCount()) are constructed; spare capacity is raw storage.
-// Three protected virtual operations create and drop single elements (copy-construct in place,
-// default-construct in place, destroy in place); ZoArrayOfLists overrides them so that every list
-// it holds draws from one node pool. When storage changes with `keep` nonzero the elements are moved
-// into the new block (move construction when the type has one) and the old ones destroyed; with
-// `keep` 0 every element is destroyed and the surviving count is default-constructed afresh.
-//
-// As in ZoArray, indices are not checked. A failed allocation throws std::bad_alloc here (the plain
-// array leaves null storage instead), because constructing into null storage is no option.
+/// @class ZoArrayManaged
+/// ZoArrayManaged<T, policy>: the ZoArray for element types with constructors, copies and
+/// destructors (strings, smart pointers, lists). It keeps ZoArray's growth, sizing and return values
+/// but runs each element's own code wherever an element is created, copied, moved or dropped.
+///
+/// Invariant: exactly the elements [0, GetCount()) are constructed; spare capacity is raw storage.
+/// Three protected virtual operations create and drop single elements (copy-construct in place,
+/// default-construct in place, destroy in place); ZoArrayOfLists overrides them so that every list
+/// it holds draws from one node pool. When storage changes with `keep` nonzero the elements are moved
+/// into the new block (move construction when the type has one) and the old ones destroyed; with
+/// `keep` 0 every element is destroyed and the surviving count is default-constructed afresh.
+///
+/// As in ZoArray, indices are not checked. A failed allocation throws std::bad_alloc here (the plain
+/// array leaves null storage instead), because constructing into null storage is no option.
+/// @ingroup containers
 #pragma once
 
 #include "base/ZoArray.h"
@@ -27,17 +29,21 @@ class ZO_TEMPLATE_API ZoArrayManaged : public ZoArray<T, Policy>
     typedef ZoArray<T, Policy> Base;
 
 public:
+    /// Empty, without storage.
     ZoArrayManaged() {}
-    // `count` default-constructed elements, storage for exactly that many.
+    /// `count` default-constructed elements, storage for exactly that many.
     explicit ZoArrayManaged(uint32_t count) { SetElementCount(count, 0); }
-    // Copies the source's elements in use; spare capacity is not copied.
+    /// Copies the source's elements in use; spare capacity is not copied.
     ZoArrayManaged(const ZoArrayManaged& other) : Base()
     {
         this->copyPolicy(other);
         Add(other, 0);
     }
+    /// Destroys the elements in use, then releases the storage.
     ~ZoArrayManaged() override { destroyRange(0, this->m_count); }
 
+    /// Copy-assigns the other array's elements (element by element, not byte-wise); storage ends at
+    /// exactly the other's count, as in ZoArray. Throws what the element's copy throws.
     Base& operator=(const Base& other) override
     {
         if (this == &other)
@@ -59,14 +65,15 @@ public:
             appendCopy(other[i]);
         return *this;
     }
+    /// Copy-assigns `value` to each element in use; `value` may be one of them.
     void Reset(const T& value) override
     {
         const T saved(value);
         for (uint32_t i = 0; i < this->m_count; ++i)
             this->m_data[i] = saved;
     }
-    // Every element back to its default state (the plain array zeroes bytes; that would corrupt
-    // elements that own resources).
+    /// Every element back to its default state (the plain array zeroes bytes; that would corrupt
+    /// elements that own resources).
     void Reset() override
     {
         for (uint32_t i = 0; i < this->m_count; ++i) {
@@ -74,6 +81,7 @@ public:
             constructElement(&this->m_data[i]);
         }
     }
+    /// Exactly `count` elements: new ones default-constructed, dropped ones destroyed.
     void SetElementCount(uint32_t count, int keep = 1) override
     {
         const uint32_t old = this->m_count;
@@ -89,12 +97,14 @@ public:
             ++this->m_count;
         }
     }
+    /// One more element, default-constructed; returns 1 when the storage was renewed.
     int Grow(int keep = 1) override
     {
         const int renewed = growRaw(keep);
         constructLast([&](T* at) { constructElement(at); });
         return renewed;
     }
+    /// Appends copy-constructed copies of the other array's elements; `other` may be this array.
     int Add(const Base& other, int keep = 1) override
     {
         const uint32_t adding = other.GetCount();
@@ -113,6 +123,7 @@ public:
             appendCopy(other[i]);
         return renewed;
     }
+    /// Appends a copy-constructed copy of `value`, which may be an element of this array.
     int Add(const T& value, int keep = 1) override
     {
         // A value inside this array's own storage must be saved first: growing can move it.
@@ -124,6 +135,8 @@ public:
         constructLast([&](T* at) { constructElement(at, value); });
         return renewed;
     }
+    /// Puts a copy of `value` at `index`, moving the later elements up. Requires: index <=
+    /// GetCount() (not checked).
     int InsertBefore(uint32_t index, const T& value, int grow = 1, int keep = 1) override
     {
         if (this->aliasesStorage(&value)) {
@@ -134,7 +147,7 @@ public:
         this->m_data[index] = value;
         return renewed;
     }
-    // The hole holds a default-constructed element for the caller to fill.
+    /// The hole holds a default-constructed element for the caller to fill.
     int InsertBefore(uint32_t index, int grow = 1, int keep = 1) override
     {
         const int renewed = openHole(index, grow, keep);
@@ -144,6 +157,7 @@ public:
         }
         return renewed;
     }
+    /// Destroys element `index` and moves the later ones down. Requires: index < GetCount() (not checked).
     void Remove(uint32_t index) override
     {
         for (uint32_t i = index; i + 1 < this->m_count; ++i)
@@ -151,11 +165,13 @@ public:
         destroyElement(&this->m_data[this->m_count - 1]);
         --this->m_count;
     }
+    /// Destroys every element in use; the storage is kept.
     void RemoveAll() override
     {
         destroyRange(0, this->m_count);
         this->m_count = 0;
     }
+    /// Capacity as in ZoArray; elements cut off with `keep` 0 are destroyed.
     int SetMemoryElementCount(uint32_t count, int keep = 1) override
     {
         if (count <= this->m_count && !keep) {
@@ -165,15 +181,17 @@ public:
         return Base::SetMemoryElementCount(count, keep);
     }
 
+    /// Same as the assignment from the base type.
     virtual ZoArrayManaged& operator=(const ZoArrayManaged& other)
     {
         operator=(static_cast<const Base&>(other));
         return *this;
     }
 
-    // Element-wise forms of the plain array's byte-wise operations: elements with resources must
-    // not be swapped or compared as raw bytes.
+    /// Element-wise forms of the plain array's byte-wise operations: elements with resources must
+    /// not be swapped or compared as raw bytes.
     void Reverse() { std::reverse(this->m_data, this->m_data + this->m_count); }
+    /// Rotates like ZoArray::Rotate, moving elements with std::rotate.
     void Rotate(int places)
     {
         if (places == 0 || this->m_count == 0)
@@ -183,17 +201,21 @@ public:
             shift += this->m_count;
         std::rotate(this->m_data, this->m_data + (this->m_count - shift), this->m_data + this->m_count);
     }
+    /// Equal counts and elements equal by their operator==.
     bool operator==(const ZoArrayManaged& other) const
     {
         return this->m_count == other.m_count && std::equal(this->m_data, this->m_data + this->m_count, other.m_data);
     }
 
 protected:
+    /// Copy-constructs one element in raw storage at `at`.
     virtual void constructElement(T* at, const T& from) { new (at) T(from); }
+    /// Default-constructs one element in raw storage at `at`.
     virtual void constructElement(T* at) { new (at) T(); }
+    /// Destroys the element at `at`, leaving raw storage.
     virtual void destroyElement(T* at) { at->~T(); }
 
-    // Storage of exactly `count` elements, moving (keep) or re-creating (no keep) the live ones.
+    /// Storage of exactly `count` elements, moving (keep) or re-creating (no keep) the live ones.
     void enlarge(uint32_t count, int keep) override
     {
         const uint32_t alive = this->m_count;
@@ -234,7 +256,7 @@ private:
         for (uint32_t i = first; i < end; ++i)
             destroyElement(&data[i]);
     }
-    // Base growth without constructing: the caller constructs the counted last element.
+    /// Base growth without constructing: the caller constructs the counted last element.
     int growRaw(int keep) { return Base::Grow(keep); }
     template <class Construct>
     void constructLast(Construct construct)
@@ -249,8 +271,8 @@ private:
         constructElement(&this->m_data[this->m_count], value);
         ++this->m_count;
     }
-    // Grows when asked, then shifts [index, count - 1) up by one place by assignment from the top;
-    // the element at `index` is then the caller's to overwrite.
+    /// Grows when asked, then shifts [index, count - 1) up by one place by assignment from the top;
+    /// the element at `index` is then the caller's to overwrite.
     int openHole(uint32_t index, int grow, int keep)
     {
         const int renewed = grow ? Grow(keep) : 0;

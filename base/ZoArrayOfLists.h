@@ -1,12 +1,14 @@
-// ZoArrayOfLists<E, listFlags, policy>: a ZoArrayManaged of ZoList<E, listFlags> whose lists all
-// draw their nodes from one pool, so that many small lists (an observer list per slot, say) share
-// blocks instead of each keeping a partly used block of its own, and splice among themselves without
-// copying.
-//
-// Every list the array creates, whether default-constructed or copied in, is built on the array's
-// pool; a list copied in gets copies of the source's elements in pool nodes. A copy of the array
-// shares the source's pool (both then belong to one thread at a time); assignment keeps the pool the
-// array already has.
+/// @class ZoArrayOfLists
+/// ZoArrayOfLists<E, listFlags, policy>: a ZoArrayManaged of ZoList<E, listFlags> whose lists all
+/// draw their nodes from one pool, so that many small lists (an observer list per slot, say) share
+/// blocks instead of each keeping a partly used block of its own, and splice among themselves without
+/// copying.
+///
+/// Every list the array creates, whether default-constructed or copied in, is built on the array's
+/// pool; a list copied in gets copies of the source's elements in pool nodes. A copy of the array
+/// shares the source's pool (both then belong to one thread at a time); assignment keeps the pool the
+/// array already has.
+/// @ingroup containers
 #pragma once
 
 #include "base/ZoArrayManaged.h"
@@ -27,14 +29,14 @@ public:
     typedef ZoList<E, ListFlags> List;
     typedef typename List::PlexManager PlexManager;
 
-    // An empty array with a pool of its own (10 nodes per block, as the library builds lists).
+    /// An empty array with a pool of its own (10 nodes per block, as the library builds lists).
     ZoArrayOfLists() : m_plexManager(new PlexManager(10)) {}
-    // `count` empty lists on a new pool of `nodesPerBlock` nodes per block.
+    /// `count` empty lists on a new pool of `nodesPerBlock` nodes per block.
     explicit ZoArrayOfLists(uint32_t count, uint32_t nodesPerBlock = 10) : m_plexManager(new PlexManager(nodesPerBlock))
     {
         this->SetElementCount(count, 0);
     }
-    // `count` empty lists on the given pool.
+    /// `count` empty lists on the given pool.
     explicit ZoArrayOfLists(ZoSmartPointer<PlexManager> plexManager, uint32_t count = 0) : m_plexManager(std::move(plexManager))
     {
         this->SetElementCount(count, 0);

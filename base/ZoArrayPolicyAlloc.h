@@ -1,7 +1,9 @@
-// ZoArrayPolicyAlloc<policy>: how a ZoArray grows when it runs out of room.
-//   policy 0 adds a constant number of elements (10 unless set otherwise): 0 -> 10 -> 20 -> 30;
-//   policy 1 doubles the capacity: 0 -> 1 -> 2 -> 4 -> 8.
-// SetElementCount and Add(array) size exactly and do not consult the policy.
+/// @class ZoArrayPolicyAlloc
+/// ZoArrayPolicyAlloc<policy>: how a ZoArray grows when it runs out of room.
+///   policy 0 adds a constant number of elements (10 unless set otherwise): 0 -> 10 -> 20 -> 30;
+///   policy 1 doubles the capacity: 0 -> 1 -> 2 -> 4 -> 8.
+/// SetElementCount and Add(array) size exactly and do not consult the policy.
+/// @ingroup containers
 #pragma once
 
 #include "platform/ZoExport.h"
@@ -19,7 +21,7 @@ public:
 
     void SetGrowConstant(uint32_t growConstant) { m_growConstant = growConstant; }
     uint32_t GetGrowConstant() const { return m_growConstant; }
-    // Older spellings of the same setting.
+    /// Older spellings of the same setting.
     void SetGrowFactor(uint32_t growConstant) { m_growConstant = growConstant; }
     uint32_t GetGrowFactor() const { return m_growConstant; }
 

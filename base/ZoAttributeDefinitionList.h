@@ -1,6 +1,8 @@
-// ZoAttributeDefinitionList: a sorted list of attribute definitions, as a container keeps the
-// definitions it placed and as callers hand several definitions to ZoAttributeContainer::Assert.
-// Nodes come in blocks of 10.
+/// @class ZoAttributeDefinitionList
+/// ZoAttributeDefinitionList: a sorted list of attribute definitions, as a container keeps the
+/// definitions it placed and as callers hand several definitions to ZoAttributeContainer::Assert.
+/// Nodes come in blocks of 10.
+/// @ingroup graphs
 #pragma once
 
 #include "base/ZoAttributeDefinition.h"
@@ -21,13 +23,13 @@ public:
     ZoAttributeDefinitionList& operator=(const ZoAttributeDefinitionList& other);
     ~ZoAttributeDefinitionList();
 
-    // Sum of the element sizes; 0 for an empty list.
+    /// Sum of the element sizes; 0 for an empty list.
     uint32_t GetTotalSize() const;
-    // Definitions whose serialize flag is set.
+    /// Definitions whose serialize flag is set.
     uint32_t GetNumSerializableItems() const;
-    // The first definition with that unique ID from the head, or a null handle.
+    /// The first definition with that unique ID from the head, or a null handle.
     ZoSmartPointer<ZoAttributeDefinition> Get(uint32_t uniqueID);
     ZoSmartPointer<const ZoAttributeDefinition> Get(uint32_t uniqueID) const;
-    // Stable sort by ascending element size.
+    /// Stable sort by ascending element size.
     void SortByElementSize();
 };

@@ -1,7 +1,9 @@
-// ZoAttributeParameter: per-attribute settings kept by an attribute container under the attribute's
-// unique ID. The base holds only a valid flag (true when made) and serializes as a bare version
-// record 0; derived classes add their own settings. Registered with the type registry, so it can be
-// created and cloned by name.
+/// @class ZoAttributeParameter
+/// ZoAttributeParameter: per-attribute settings kept by an attribute container under the attribute's
+/// unique ID. The base holds only a valid flag (true when made) and serializes as a bare version
+/// record 0; derived classes add their own settings. Registered with the type registry, so it can be
+/// created and cloned by name.
+/// @ingroup graphs
 #pragma once
 
 #include "base/ZoClassRTTI.h"
@@ -18,18 +20,18 @@ class ZO_API ZoAttributeParameter : public ZoReferenceCountedClass<ZoAttributePa
     ZO_DECLARE_RTTI()
 
     ZoAttributeParameter();
-    // Copies the settings; the copy has a reference count of its own.
+    /// Copies the settings; the copy has a reference count of its own.
     ZoAttributeParameter(const ZoAttributeParameter& other);
     ZoAttributeParameter& operator=(const ZoAttributeParameter& other);
     ~ZoAttributeParameter() override;
 
     bool IsValid() const { return m_valid; }
 
-    // The figure memory reports have always used for the base object: 40.
+    /// The figure memory reports have always used for the base object: 40.
     virtual uint32_t GetMemoryUsage() const;
-    // Writes the version record 0.
+    /// Writes the version record 0.
     virtual void Serialize(ZoStreamWriteBinary& stream) const;
-    // Reads the version record; throws ZoExceptionWrongFileVersion for one above 0.
+    /// Reads the version record; throws ZoExceptionWrongFileVersion for one above 0.
     virtual void Serialize(ZoStreamReadBinary& stream);
 
 protected:

@@ -1,11 +1,13 @@
-// ZoCheckReturn<T, Policy>: a result that its receiver must look at. It converts to T; the first
-// conversion (or Get(), or an explicit Ignore()) marks it as looked at. A result destroyed unread
-// calls Policy::onUnchecked(): the library's policy, ZoCheckReturnPolicyAssert, stops a debug build
-// there, so a forgotten check of a task's outcome or of a wait's timeout shows up in testing rather
-// than as a silent hang or a lost failure later.
-//
-// Copying hands the duty on: the copy must be looked at, the source no longer. The class is also
-// [[nodiscard]], so the compiler already warns where a call's result is dropped on the floor.
+/// @class ZoCheckReturn
+/// ZoCheckReturn<T, Policy>: a result that its receiver must look at. It converts to T; the first
+/// conversion (or Get(), or an explicit Ignore()) marks it as looked at. A result destroyed unread
+/// calls Policy::onUnchecked(): the library's policy, ZoCheckReturnPolicyAssert, stops a debug build
+/// there, so a forgotten check of a task's outcome or of a wait's timeout shows up in testing rather
+/// than as a silent hang or a lost failure later.
+///
+/// Copying hands the duty on: the copy must be looked at, the source no longer. The class is also
+/// [[nodiscard]], so the compiler already warns where a call's result is dropped on the floor.
+/// @ingroup objectmodel
 #pragma once
 
 #include "base/ZoAssertDialog.h"
@@ -46,7 +48,7 @@ public:
         m_checked = true;
         return m_value;
     }
-    // Declares that the caller does not need the value.
+    /// Declares that the caller does not need the value.
     void Ignore() const { m_checked = true; }
     bool IsChecked() const { return m_checked; }
 

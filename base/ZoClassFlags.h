@@ -1,6 +1,8 @@
-// ZoClassFlags: one 32-bit word of bit flags stored beside objects by the serialization layer.
-// IsFlagsSet(f) asks for every bit of f (so an empty f is always set); IsOneFlagSet(f) for at least
-// one (so an empty f is never set).
+/// @class ZoClassFlags
+/// ZoClassFlags: one 32-bit word of bit flags stored beside objects by the serialization layer.
+/// IsFlagsSet(f) asks for every bit of f (so an empty f is always set); IsOneFlagSet(f) for at least
+/// one (so an empty f is never set).
+/// @ingroup objectmodel
 #pragma once
 
 class ZoStreamRead;
@@ -24,7 +26,7 @@ public:
     bool IsFlagsSet(uint32_t flags) const { return (m_flags & flags) == flags; }
     bool IsOneFlagSet(uint32_t flags) const { return (m_flags & flags) != 0; }
 
-    // Reads or writes the word as an unsigned 32-bit value through the stream.
+    /// Reads or writes the word as an unsigned 32-bit value through the stream.
     void Serialize(ZoStreamRead& stream);
     void Serialize(ZoStreamWrite& stream) const;
 

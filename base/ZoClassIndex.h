@@ -1,4 +1,6 @@
-// ZoClassIndex: one 32-bit index stored beside objects by the serialization layer.
+/// @class ZoClassIndex
+/// ZoClassIndex: one 32-bit index stored beside objects by the serialization layer.
+/// @ingroup objectmodel
 #pragma once
 
 class ZoStreamRead;
@@ -22,7 +24,7 @@ public:
     void SetIndex(uint32_t index) { m_index = index; }
     uint32_t GetIndex() const { return m_index; }
 
-    // Reads or writes the index as an unsigned 32-bit value through the stream.
+    /// Reads or writes the index as an unsigned 32-bit value through the stream.
     void Serialize(ZoStreamRead& stream);
     void Serialize(ZoStreamWrite& stream) const;
 

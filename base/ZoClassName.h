@@ -1,4 +1,6 @@
-// ZoClassName: a class name as a small value, stored beside objects by the serialization layer.
+/// @class ZoClassName
+/// ZoClassName: a class name as a small value, stored beside objects by the serialization layer.
+/// @ingroup objectmodel
 #pragma once
 
 class ZoStreamRead;
@@ -24,7 +26,7 @@ public:
     const CString& GetName() const { return m_name; }
     operator const CString&() const { return m_name; }
 
-    // Reads or writes the name as one string through the stream.
+    /// Reads or writes the name as one string through the stream.
     void Serialize(ZoStreamRead& stream);
     void Serialize(ZoStreamWrite& stream) const;
 

@@ -1,8 +1,10 @@
-// ZoColorHSV: a colour kept together with its hue, saturation and value, so that colours can be
-// interpolated in HSV space (colour maps and ramps do this).
-//
-// Invariant: the colour is always HsvToRgb of the three values with alpha forced to opaque; every
-// change of hue, saturation or value recomputes it. Assigning a ZoColor therefore drops its alpha.
+/// @class ZoColorHSV
+/// ZoColorHSV: a colour kept together with its hue, saturation and value, so that colours can be
+/// interpolated in HSV space (colour maps and ramps do this).
+///
+/// Invariant: the colour is always HsvToRgb of the three values with alpha forced to opaque; every
+/// change of hue, saturation or value recomputes it. Assigning a ZoColor therefore drops its alpha.
+/// @ingroup values
 #pragma once
 
 #include "base/ZoColor.h"
@@ -11,10 +13,10 @@
 class ZO_API ZoColorHSV
 {
 public:
-    // White: hue 0, saturation 0, value 1.
+    /// White: hue 0, saturation 0, value 1.
     ZoColorHSV();
-    // Hue in degrees 0..360, saturation and value 0..1 (not checked; a hue outside 0..360 keeps the
-    // previous colour, white for a new object).
+    /// Hue in degrees 0..360, saturation and value 0..1 (not checked; a hue outside 0..360 keeps the
+    /// previous colour, white for a new object).
     ZoColorHSV(float hue, float saturation, float value);
     ZoColorHSV(const ZoColor& color);
     ZoColorHSV(const ZoColorHSV& other) = default;
@@ -27,9 +29,9 @@ public:
     float GetSaturation() const { return m_saturation; }
     float GetValue() const { return m_value; }
 
-    // Sets this object between a (t = 0) and b (t = 1). Saturation and value are linear; the hue is
-    // linear too, without a turn through 360 (240 to 0 passes 120), except that a grey end (saturation
-    // 0) takes the other end's hue, so fading a colour to grey keeps its hue.
+    /// Sets this object between a (t = 0) and b (t = 1). Saturation and value are linear; the hue is
+    /// linear too, without a turn through 360 (240 to 0 passes 120), except that a grey end (saturation
+    /// 0) takes the other end's hue, so fading a colour to grey keeps its hue.
     void Interpolate(const ZoColorHSV& a, const ZoColorHSV& b, float t);
 
 protected:

@@ -1,11 +1,13 @@
-// ZoColorMapLookup: a ZoColorMap sampled once into a table of N packed colours, so that mapping a
-// value costs one division and one index instead of an HSV interpolation.
-//
-// The table is built on the first GetColorValue from the map's settings at that moment; later
-// changes of the map do not reach it. Copies share the table (a copy made before the first lookup
-// builds its own). Lookup truncates toward zero, so values less than one entry below the minimum
-// still map to entry 0 rather than to the underflow colour: displays built on this class show the
-// first band there, and that is kept.
+/// @class ZoColorMapLookup
+/// ZoColorMapLookup: a ZoColorMap sampled once into a table of N packed colours, so that mapping a
+/// value costs one division and one index instead of an HSV interpolation.
+///
+/// The table is built on the first GetColorValue from the map's settings at that moment; later
+/// changes of the map do not reach it. Copies share the table (a copy made before the first lookup
+/// builds its own). Lookup truncates toward zero, so values less than one entry below the minimum
+/// still map to entry 0 rather than to the underflow colour: displays built on this class show the
+/// first band there, and that is kept.
+/// @ingroup values
 #pragma once
 
 #include "base/ZoColorMap.h"
@@ -24,9 +26,9 @@ public:
     ZoColorMapLookup& operator=(const ZoColorMapLookup& other) = default;
     ~ZoColorMapLookup() override;
 
-    // The packed colour 0xAARRGGBB of the entry the value falls in: below the first entry (after
-    // truncation) the underflow colour, at or beyond N entries the overflow colour; NaN, and every
-    // value of an empty range, gives the underflow colour. Hides ZoColorMap::GetColorValue.
+    /// The packed colour 0xAARRGGBB of the entry the value falls in: below the first entry (after
+    /// truncation) the underflow colour, at or beyond N entries the overflow colour; NaN, and every
+    /// value of an empty range, gives the underflow colour. Hides ZoColorMap::GetColorValue.
     uint32_t GetColorValue(float value);
 
 private:

@@ -1,5 +1,7 @@
-// ZoConstructor: a shareable, reference-counted operation that initialises raw storage of `size`
-// bytes at `memory`. The attribute system holds one per attribute kind to prepare new records.
+/// @class ZoConstructor
+/// ZoConstructor: a shareable, reference-counted operation that initialises raw storage of `size`
+/// bytes at `memory`. The attribute system holds one per attribute kind to prepare new records.
+/// @ingroup objectmodel
 #pragma once
 
 #include "base/ZoReferenceCountedClass.h"

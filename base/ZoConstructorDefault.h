@@ -1,4 +1,6 @@
-// ZoConstructorDefault: the ZoConstructor that zero-fills the storage.
+/// @class ZoConstructorDefault
+/// ZoConstructorDefault: the ZoConstructor that zero-fills the storage.
+/// @ingroup objectmodel
 #pragma once
 
 #include "base/ZoConstructor.h"

@@ -1,6 +1,8 @@
-// ZoCriticalSectionAuto: enters a ZoCriticalSection for the lifetime of a scope. LeaveEarly()
-// releases the lock before the scope ends; the destructor then leaves nothing, and a second
-// LeaveEarly() does nothing.
+/// @class ZoCriticalSectionAuto
+/// ZoCriticalSectionAuto: enters a ZoCriticalSection for the lifetime of a scope. LeaveEarly()
+/// releases the lock before the scope ends; the destructor then leaves nothing, and a second
+/// LeaveEarly() does nothing.
+/// @ingroup concurrency
 #pragma once
 
 #include "base/ZoCriticalSection.h"

@@ -1,15 +1,17 @@
-// ZoCriticalSectionPolicy<n>: the locking policy a class derives from to guard its own state, so
-// that the class's code is written once and the choice of lock is made by the template argument.
-//
-// - n = 0: a recursive lock of the object's own (ZoCriticalSection with the default spin count), for
-//   objects shared between threads. A copy gets a fresh lock of its own: a lock is never shared
-//   between objects, nor copied while held.
-// - n = 1: no lock, for objects one thread owns; Lock and Unlock do nothing.
-//
-//     class Cache : private ZoCriticalSectionPolicy<0>
-//     {
-//         void Put(...) { Guard guard(*this); ... }
-//     };
+/// @class ZoCriticalSectionPolicy
+/// ZoCriticalSectionPolicy<n>: the locking policy a class derives from to guard its own state, so
+/// that the class's code is written once and the choice of lock is made by the template argument.
+///
+/// - n = 0: a recursive lock of the object's own (ZoCriticalSection with the default spin count), for
+///   objects shared between threads. A copy gets a fresh lock of its own: a lock is never shared
+///   between objects, nor copied while held.
+/// - n = 1: no lock, for objects one thread owns; Lock and Unlock do nothing.
+///
+///     class Cache : private ZoCriticalSectionPolicy<0>
+///     {
+///         void Put(...) { Guard guard(*this); ... }
+///     };
+/// @ingroup concurrency
 #pragma once
 
 #include "base/ZoCriticalSection.h"
@@ -21,7 +23,7 @@ template <>
 class ZoCriticalSectionPolicy<0>
 {
 public:
-    // Holds the policy's lock for a scope.
+    /// Holds the policy's lock for a scope.
     class Guard
     {
     public:
@@ -40,7 +42,7 @@ public:
 
     void Lock() const { m_lock.Enter(); }
     void Unlock() const { m_lock.Leave(); }
-    // The lock itself, for waits that must release it.
+    /// The lock itself, for waits that must release it.
     ZoCriticalSection& GetLock() const { return m_lock; }
 
 protected:

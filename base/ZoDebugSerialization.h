@@ -1,9 +1,11 @@
-// ZoDebugSerialization: the companion that writes objects' state as named text values while
-// debugging. Each instance has a name (the object or module being dumped); values are written as
-// "instance.variable = value" lines, whole lines under one process-wide lock so that several
-// threads' dumps never interleave. Variable names are built the library's way: an element
-// "values[3]", a numbered item "node(7)". Dump file names are put together from their parts with
-// the seven characters that cannot stand in them (| " ? * > ] <) replaced by '_'.
+/// @class ZoDebugSerialization
+/// ZoDebugSerialization: the companion that writes objects' state as named text values while
+/// debugging. Each instance has a name (the object or module being dumped); values are written as
+/// "instance.variable = value" lines, whole lines under one process-wide lock so that several
+/// threads' dumps never interleave. Variable names are built the library's way: an element
+/// "values[3]", a numbered item "node(7)". Dump file names are put together from their parts with
+/// the seven characters that cannot stand in them (| " ? * > ] <) replaced by '_'.
+/// @ingroup diagnostics
 #pragma once
 
 #include "base/ZoCriticalSection.h"
@@ -18,21 +20,21 @@ public:
 
     const CString& GetInstanceName() const { return m_instanceName; }
 
-    // The lock every dump line is written under; made when the library loads.
+    /// The lock every dump line is written under; made when the library loads.
     static ZoCriticalSection& GetCriticalSection();
 
     static CString ElementName(const CString& name, int index);
     static CString NumberedName(const CString& name, int number);
     static bool IsAllowedInName(char16_t character);
-    // The name with every character that is not allowed replaced by '_'.
+    /// The name with every character that is not allowed replaced by '_'.
     static CString MakeName(const CString& name);
 
-    // folder + instance "_" object "_" variable "." extension, each name part made allowed.
-    // `folder` is used as given (with its trailing separator).
+    /// folder + instance "_" object "_" variable "." extension, each name part made allowed.
+    /// `folder` is used as given (with its trailing separator).
     CString GetFileName(const CString& folder, const CString& objectName, const CString& variableName,
                         const CString& extension) const;
 
-    // Writes "instance.variable = value" and a line break to the stream.
+    /// Writes "instance.variable = value" and a line break to the stream.
     void Write(ZoStreamWrite& stream, const CString& variableName, const CString& value) const;
 
 private:

@@ -1,5 +1,7 @@
-// ZoDestructor: a shareable, reference-counted operation that tears down what ZoConstructor (or the
-// user) built in raw storage of `size` bytes at `memory`, before the storage is reused or freed.
+/// @class ZoDestructor
+/// ZoDestructor: a shareable, reference-counted operation that tears down what ZoConstructor (or the
+/// user) built in raw storage of `size` bytes at `memory`, before the storage is reused or freed.
+/// @ingroup objectmodel
 #pragma once
 
 #include "base/ZoReferenceCountedClass.h"

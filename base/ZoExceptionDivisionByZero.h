@@ -1,5 +1,7 @@
-// ZoExceptionDivisionByZero: thrown for a division by zero detected by the caller (available to users).
-// Its report names it "ZoExceptionDivisionByZero".
+/// @class ZoExceptionDivisionByZero
+/// ZoExceptionDivisionByZero: thrown for a division by zero detected by the caller (available to users).
+/// Its report names it "ZoExceptionDivisionByZero".
+/// @ingroup objectmodel
 #pragma once
 
 #include "base/ZoException.h"

@@ -1,5 +1,7 @@
-// ZoExceptionIllegalInputData: thrown for input data that the caller cannot accept (available to users).
-// Its report names it "ZoExceptionIllegalInputData".
+/// @class ZoExceptionIllegalInputData
+/// ZoExceptionIllegalInputData: thrown for input data that the caller cannot accept (available to users).
+/// Its report names it "ZoExceptionIllegalInputData".
+/// @ingroup objectmodel
 #pragma once
 
 #include "base/ZoException.h"

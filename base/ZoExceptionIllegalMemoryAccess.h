@@ -1,5 +1,7 @@
-// ZoExceptionIllegalMemoryAccess: thrown for a detected illegal memory access (available to users).
-// Its report names it "ZoExceptionIllegalMemoryAccess".
+/// @class ZoExceptionIllegalMemoryAccess
+/// ZoExceptionIllegalMemoryAccess: thrown for a detected illegal memory access (available to users).
+/// Its report names it "ZoExceptionIllegalMemoryAccess".
+/// @ingroup objectmodel
 #pragma once
 
 #include "base/ZoException.h"

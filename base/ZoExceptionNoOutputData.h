@@ -1,5 +1,7 @@
-// ZoExceptionNoOutputData: thrown for an algorithm asked for output that it has not produced.
-// Its report names it "ZoExceptionNoOutputData".
+/// @class ZoExceptionNoOutputData
+/// ZoExceptionNoOutputData: thrown for an algorithm asked for output that it has not produced.
+/// Its report names it "ZoExceptionNoOutputData".
+/// @ingroup objectmodel
 #pragma once
 
 #include "base/ZoException.h"

@@ -1,5 +1,7 @@
-// ZoExceptionOutOfMemory: thrown for memory exhaustion detected by the caller (available to users).
-// Its report names it "ZoExceptionOutOfMemory".
+/// @class ZoExceptionOutOfMemory
+/// ZoExceptionOutOfMemory: thrown for memory exhaustion detected by the caller (available to users).
+/// Its report names it "ZoExceptionOutOfMemory".
+/// @ingroup objectmodel
 #pragma once
 
 #include "base/ZoException.h"

@@ -1,5 +1,7 @@
-// ZoExceptionPostconditionViolation: thrown for a broken postcondition (available to users).
-// Its report names it "ZoExceptionPostconditionViolation".
+/// @class ZoExceptionPostconditionViolation
+/// ZoExceptionPostconditionViolation: thrown for a broken postcondition (available to users).
+/// Its report names it "ZoExceptionPostconditionViolation".
+/// @ingroup objectmodel
 #pragma once
 
 #include "base/ZoException.h"

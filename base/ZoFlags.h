@@ -1,8 +1,10 @@
-// ZoFlags<E>: a 32-bit word of bit flags whose bits are the values of the enumeration E, as the
-// thread classes keep their options (ZoThread's eAutoDelete). IsFlagsSet(f) asks for every bit of f,
-// so an empty f is always set; IsOneFlagSet(f) for at least one, so an empty f never is.
-//
-// A plain value: not synchronised, copied bit for bit.
+/// @class ZoFlags
+/// ZoFlags<E>: a 32-bit word of bit flags whose bits are the values of the enumeration E, as the
+/// thread classes keep their options (ZoThread's eAutoDelete). IsFlagsSet(f) asks for every bit of f,
+/// so an empty f is always set; IsOneFlagSet(f) for at least one, so an empty f never is.
+///
+/// A plain value: not synchronised, copied bit for bit.
+/// @ingroup objectmodel
 #pragma once
 
 #include "platform/ZoExport.h"
@@ -16,7 +18,7 @@ public:
     ZoFlags() : m_flags(0) {}
     explicit ZoFlags(uint32_t flags) : m_flags(flags) {}
 
-    // Replaces the whole word.
+    /// Replaces the whole word.
     void SetFlags(E flags) { m_flags = static_cast<uint32_t>(flags); }
     uint32_t GetFlags() const { return m_flags; }
     void AddFlags(E flags) { m_flags |= static_cast<uint32_t>(flags); }

@@ -1,5 +1,7 @@
-// ZoFtAlgorithm: an intermediate base of the algorithm frame; it adds nothing to ZoAlgorithm but
-// its place in the type registry, so that callers can tell its family of algorithms apart.
+/// @class ZoFtAlgorithm
+/// ZoFtAlgorithm: an intermediate base of the algorithm frame; it adds nothing to ZoAlgorithm but
+/// its place in the type registry, so that callers can tell its family of algorithms apart.
+/// @ingroup graphs
 #pragma once
 
 #include "base/ZoAlgorithm.h"

@@ -1,13 +1,15 @@
-// CArchive: a buffered reader or writer over a CFile. A loading archive reads, a storing one writes;
-// using an archive against its mode throws CArchiveException. Reads return fewer bytes than asked
-// at the end of the file; system failures pass on as CFileException.
-//
-// The archive keeps a buffer (4096 bytes unless chosen otherwise). A storing archive's bytes reach
-// the file on Flush(), Close() or when the buffer fills. The file underneath can be replaced with
-// SetFile() — the compressed archive format depends on that — so a storing archive must be flushed
-// first; a loading archive forgets what it had buffered from the old file. Close() flushes and
-// detaches the file without closing it (the file is the caller's); the destructor closes a storing
-// archive that is still open, swallowing any error (call Close() to see it).
+/// @class CArchive
+/// CArchive: a buffered reader or writer over a CFile. A loading archive reads, a storing one writes;
+/// using an archive against its mode throws CArchiveException. Reads return fewer bytes than asked
+/// at the end of the file; system failures pass on as CFileException.
+///
+/// The archive keeps a buffer (4096 bytes unless chosen otherwise). A storing archive's bytes reach
+/// the file on Flush(), Close() or when the buffer fills. The file underneath can be replaced with
+/// SetFile() — the compressed archive format depends on that — so a storing archive must be flushed
+/// first; a loading archive forgets what it had buffered from the old file. Close() flushes and
+/// detaches the file without closing it (the file is the caller's); the destructor closes a storing
+/// archive that is still open, swallowing any error (call Close() to see it).
+/// @ingroup streams
 #pragma once
 
 #include "platform/CArchiveException.h"
@@ -32,14 +34,14 @@ public:
     CArchive(const CArchive&) = delete;
     CArchive& operator=(const CArchive&) = delete;
 
-    // Up to `count` bytes; fewer at the end of the file. Throws CArchiveException(writeOnly) on a
-    // storing archive.
+    /// Up to `count` bytes; fewer at the end of the file. Throws CArchiveException(writeOnly) on a
+    /// storing archive.
     uint32_t Read(void* buffer, uint32_t count);
-    // Throws CArchiveException(readOnly) on a loading archive.
+    /// Throws CArchiveException(readOnly) on a loading archive.
     void Write(const void* buffer, uint32_t count);
     void Flush();
     virtual void Close();
-    // Drops the archive without writing what is buffered.
+    /// Drops the archive without writing what is buffered.
     void Abort();
 
     bool IsLoading() const { return (m_mode & load) != 0; }
@@ -54,7 +56,7 @@ protected:
 private:
     uint32_t m_mode;
     std::vector<unsigned char> m_buffer;
-    // Loading: the unread bytes are m_buffer[m_position, m_filled). Storing: m_filled bytes wait.
+    /// Loading: the unread bytes are m_buffer[m_position, m_filled). Storing: m_filled bytes wait.
     uint32_t m_position;
     uint32_t m_filled;
 };

@@ -1,5 +1,7 @@
-// CArchiveException: what CArchive throws when it is used against its mode (reading a storing
-// archive, writing a loading one) or is damaged. Thrown by value.
+/// @class CArchiveException
+/// CArchiveException: what CArchive throws when it is used against its mode (reading a storing
+/// archive, writing a loading one) or is damaged. Thrown by value.
+/// @ingroup streams
 #pragma once
 
 #include "platform/CString.h"

@@ -1,6 +1,8 @@
-// CFileException: what CFile and CMemFile throw when the system refuses a file operation. Thrown
-// by value; the library's own code catches it where its contract says so (the archive factory turns
-// it into a null result).
+/// @class CFileException
+/// CFileException: what CFile and CMemFile throw when the system refuses a file operation. Thrown
+/// by value; the library's own code catches it where its contract says so (the archive factory turns
+/// it into a null result).
+/// @ingroup streams
 #pragma once
 
 #include "platform/CString.h"
@@ -36,10 +38,10 @@ public:
     }
 
     ECause GetCause() const { return m_cause; }
-    // The system's error number behind the failure (errno on POSIX, GetLastError on Windows).
+    /// The system's error number behind the failure (errno on POSIX, GetLastError on Windows).
     uint32_t GetOsError() const { return m_lOsError; }
     const CString& GetFileName() const { return m_strFileName; }
-    // A cause for a system error number.
+    /// A cause for a system error number.
     static ECause CauseFromOsError(uint32_t osError);
 
 private:

@@ -1,7 +1,9 @@
-// CMemFile: a file in memory with the behaviour of CFile (reads short at the end, writes extend it,
-// seeks past the end grow it on the next write). The buffer grows by `growBytes` at a time (0 means
-// it cannot grow). An attached buffer stays the caller's unless the file may grow it; Detach() hands
-// the buffer to the caller, who frees it with std::free.
+/// @class CMemFile
+/// CMemFile: a file in memory with the behaviour of CFile (reads short at the end, writes extend it,
+/// seeks past the end grow it on the next write). The buffer grows by `growBytes` at a time (0 means
+/// it cannot grow). An attached buffer stays the caller's unless the file may grow it; Detach() hands
+/// the buffer to the caller, who frees it with std::free.
+/// @ingroup streams
 #pragma once
 
 #include "platform/CFile.h"
@@ -12,15 +14,17 @@
 class ZO_API CMemFile : public CFile
 {
 public:
+    /// An empty memory file that grows its own buffer in steps of `growBytes`.
     explicit CMemFile(uint32_t growBytes = 1024);
-    // Works over the caller's buffer of `size` bytes, all of them readable. With growBytes 0 the
-    // buffer is never reallocated and stays the caller's; otherwise it must come from std::malloc,
-    // and the file owns it from now on.
+    /// Works over the caller's buffer of `size` bytes, all of them readable. With growBytes 0 the
+    /// buffer is never reallocated and stays the caller's; otherwise it must come from std::malloc,
+    /// and the file owns it from now on.
     CMemFile(unsigned char* buffer, uint32_t size, uint32_t growBytes = 0);
     ~CMemFile() override;
 
+    /// Drops the present buffer and works over the caller's, as the buffer constructor does.
     void Attach(unsigned char* buffer, uint32_t size, uint32_t growBytes = 0);
-    // Hands the buffer to the caller and leaves the file empty.
+    /// Hands the buffer to the caller and leaves the file empty.
     unsigned char* Detach();
 
     bool Open(const CString& path, uint32_t openFlags, CFileException* error = nullptr) override;
@@ -33,7 +37,7 @@ public:
     void Close() override;
     void Abort() override { Close(); }
     bool IsOpen() const override { return true; }
-    // The bytes written so far, for inspection; valid until the next write.
+    /// The bytes written so far, for inspection; valid until the next write.
     const unsigned char* GetBuffer() const { return m_buffer; }
 
 private:
