@@ -35,25 +35,37 @@ public:
     ZoArrayDynamicSize(uint32_t count, uint32_t elementSize);
     /// Storage for `memoryCount` elements, `count` of them in use (uninitialised).
     ZoArrayDynamicSize(uint32_t count, uint32_t memoryCount, uint32_t elementSize);
+    ///@{
+    /// Takes the source's grow setting, count and element size with storage for every element, but
+    /// copies only its first GetCount() bytes and zeroes the rest (see the class note).
     ZoArrayDynamicSize(const ZoArrayDynamicSize& other);
     ZoArrayDynamicSize& operator=(const ZoArrayDynamicSize& other);
+    ///@}
     ~ZoArrayDynamicSize() override;
 
+    /// Bytes per element; 0 for an array made without one.
     uint32_t GetElementSize() const { return m_elementSize; }
     /// Changes the element size. With `keep` nonzero (and elements present, and a nonzero new size)
     /// each element keeps its first min(old, new) bytes and the added bytes are uninitialised;
     /// otherwise the contents are lost. The capacity in elements stays as it was.
     void SetElementSize(uint32_t elementSize, int keep = 1);
 
-    /// Requires: index < GetCount() (not checked).
+    ///@{
+    /// The address of element `index` (GetElementSize() bytes). Requires: index < GetCount() (not
+    /// checked).
     unsigned char* operator[](uint32_t index) { return bytesAt(index); }
     const unsigned char* operator[](uint32_t index) const { return bytesAt(index); }
+    ///@}
 
     /// Zeroes GetCount() × GetElementSize() bytes.
     void Reset() override;
     using Base::Reset;
 
+    /// Writes the count, the element size and GetCount() × GetElementSize() bytes. Throws what the
+    /// stream throws.
     void Serialize(ZoStreamWriteBinary& stream) const;
+    /// Replaces count, element size and elements with the stream's. Throws ZoExceptionStream when
+    /// the data ends before the claimed elements do; the array's contents are undefined then.
     void Serialize(ZoStreamReadBinary& stream);
 
 protected:

@@ -19,6 +19,8 @@
 template <int n>
 class ZoCriticalSectionPolicy;
 
+/// The locking form: a recursive lock of the object's own, for objects shared between threads.
+/// @ingroup concurrency
 template <>
 class ZoCriticalSectionPolicy<0>
 {
@@ -27,6 +29,8 @@ public:
     class Guard
     {
     public:
+        /// Blocks until the policy's lock is held; the destructor releases it. `policy` must outlive
+        /// the guard.
         explicit Guard(const ZoCriticalSectionPolicy& policy) : m_policy(policy) { m_policy.Lock(); }
         ~Guard() { m_policy.Unlock(); }
         Guard(const Guard&) = delete;
@@ -37,11 +41,19 @@ public:
     };
 
     ZoCriticalSectionPolicy() = default;
+    ///@{
+    /// Copies nothing: the object keeps (or gets) a fresh lock of its own, so a held lock is never
+    /// copied. The derived class copies its state under whatever locking it needs.
     ZoCriticalSectionPolicy(const ZoCriticalSectionPolicy&) {}
     ZoCriticalSectionPolicy& operator=(const ZoCriticalSectionPolicy&) { return *this; }
+    ///@}
 
+    ///@{
+    /// Enters or leaves the lock; recursive, so a thread may lock again and must unlock as often.
+    /// const so that const members can lock too.
     void Lock() const { m_lock.Enter(); }
     void Unlock() const { m_lock.Leave(); }
+    ///@}
     /// The lock itself, for waits that must release it.
     ZoCriticalSection& GetLock() const { return m_lock; }
 
@@ -52,20 +64,27 @@ private:
     mutable ZoCriticalSection m_lock;
 };
 
+/// The form without a lock, for objects one thread owns: the same interface, doing nothing.
+/// @ingroup concurrency
 template <>
 class ZoCriticalSectionPolicy<1>
 {
 public:
+    /// Stands in for the locking form's guard; holds nothing.
     class Guard
     {
     public:
+        /// Does nothing.
         explicit Guard(const ZoCriticalSectionPolicy&) {}
         Guard(const Guard&) = delete;
         Guard& operator=(const Guard&) = delete;
     };
 
+    ///@{
+    /// Do nothing.
     void Lock() const {}
     void Unlock() const {}
+    ///@}
 
 protected:
     ~ZoCriticalSectionPolicy() = default;

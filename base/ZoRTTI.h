@@ -81,12 +81,15 @@ struct ZO_TEMPLATE_API ZoRTTIFactory
 };
 
 // Inside the class body (leaves the access at public): declares the class's descriptor RTTI and
-// the getRTTI() override that ZoClassRTTI asks for.
+// the getRTTI() override that ZoClassRTTI asks for. Its comments are /** */ because a // comment
+// would swallow the continuation line.
 #define ZO_DECLARE_RTTI()                                                                              \
 public:                                                                                                \
+    /** The class's descriptor, registered under its exact name at load: compare GetRTTI() to it. */   \
     static const ZoRTTI RTTI;                                                                          \
                                                                                                        \
 protected:                                                                                             \
+    /** Returns RTTI, so that an object reports its most derived registered class. */                  \
     const ZoRTTI& getRTTI() const override { return RTTI; }                                            \
                                                                                                        \
 public:

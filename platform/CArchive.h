@@ -22,13 +22,17 @@
 class ZO_API CArchive
 {
 public:
+    /// The `mode` bits of the constructor: store or load, optionally or'ed with bNoFlushOnDelete.
     enum Mode : uint32_t
     {
-        store = 0,
-        load = 1,
-        bNoFlushOnDelete = 2,
+        store = 0,            ///< Writes; the default.
+        load = 1,             ///< Reads.
+        bNoFlushOnDelete = 2, ///< The destructor of a storing archive drops what is buffered.
     };
 
+    /// An archive over `file` (not owned; it must stay open while attached) in `mode` (a Mode
+    /// combination). `bufferSize` is in bytes; values below 128 are raised to 128. Nothing is read
+    /// or written yet.
     CArchive(CFile* file, uint32_t mode, int bufferSize = 4096);
     virtual ~CArchive();
     CArchive(const CArchive&) = delete;
@@ -39,18 +43,31 @@ public:
     uint32_t Read(void* buffer, uint32_t count);
     /// Throws CArchiveException(readOnly) on a loading archive.
     void Write(const void* buffer, uint32_t count);
+    /// Storing: writes the buffered bytes to the file; they are dropped from the buffer even when
+    /// the write throws (CFileException). Loading or closed: does nothing.
     void Flush();
+    /// Flushes a storing archive and detaches the file without closing it; nothing on an archive
+    /// that is closed already. Throws CFileException when the final write fails. Read and Write
+    /// then throw CArchiveException(genericException).
     virtual void Close();
     /// Drops the archive without writing what is buffered.
     void Abort();
 
+    ///@{
+    /// The mode given to the constructor; an archive never changes mode.
     bool IsLoading() const { return (m_mode & load) != 0; }
     bool IsStoring() const { return (m_mode & load) == 0; }
+    ///@}
+    /// True after Close() or Abort() (or when made over a null file).
     bool IsClosed() const { return m_file == nullptr; }
+    /// The file underneath (not owned), or null when closed.
     CFile* GetFile() const { return m_file; }
+    /// Attaches another file (not owned). A loading archive drops what it had buffered from the old
+    /// file; a storing archive keeps its buffer, which then goes to the new file, so flush first.
     void SetFile(CFile* file);
 
 protected:
+    /// The attached file (not owned), or null when closed.
     CFile* m_file;
 
 private:

@@ -13,6 +13,8 @@
 class ZO_API CFileException
 {
 public:
+    /// What went wrong, mapped from the system's error number by CauseFromOsError(); memory files
+    /// throw badSeek (a position before the start) and diskFull (growth refused).
     enum ECause
     {
         none,
@@ -32,16 +34,21 @@ public:
         endOfFile,
     };
 
+    /// `osError` is the system's error number (0 when the failure is the library's own, as in memory
+    /// files); `fileName` the path concerned, empty when unknown.
     CFileException(ECause cause = none, uint32_t osError = 0, const CString& fileName = CString())
         : m_cause(cause), m_lOsError(osError), m_strFileName(fileName)
     {
     }
 
+    /// The cause given to the constructor.
     ECause GetCause() const { return m_cause; }
     /// The system's error number behind the failure (errno on POSIX, GetLastError on Windows).
     uint32_t GetOsError() const { return m_lOsError; }
+    /// The path of the file concerned, or empty when unknown.
     const CString& GetFileName() const { return m_strFileName; }
-    /// A cause for a system error number.
+    /// The cause for a system error number: none for 0, genericException for numbers without a
+    /// closer cause.
     static ECause CauseFromOsError(uint32_t osError);
 
 private:
