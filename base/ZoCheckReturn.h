@@ -13,9 +13,12 @@
 #include "base/ZoAssertDialog.h"
 #include "platform/ZoExport.h"
 
-// Fails an assertion (ZoAssertDialog) in debug builds; does nothing when NDEBUG is defined.
+/// ZoCheckReturnPolicyAssert: the policy ZoCheckReturn uses in the library. An unread result fails
+/// an assertion (ZoAssertDialog::Fail) in debug builds; with NDEBUG defined nothing happens.
+/// @ingroup objectmodel
 struct ZoCheckReturnPolicyAssert
 {
+    /// Called by a ZoCheckReturn destroyed or overwritten unread.
     static void onUnchecked()
     {
 #if !defined(NDEBUG)
@@ -28,8 +31,12 @@ template <class T, class Policy>
 class [[nodiscard]] ZoCheckReturn
 {
 public:
+    /// An unread result holding `value`; implicit, so a function returns a plain T.
     ZoCheckReturn(const T& value) : m_value(value), m_checked(false) {}
+    /// The copy must be read; the source counts as read.
     ZoCheckReturn(const ZoCheckReturn& other) : m_value(other.m_value), m_checked(false) { other.m_checked = true; }
+    /// Calls Policy::onUnchecked() first when this result was unread; then takes the other's value
+    /// and duty to be read, and the other counts as read.
     ZoCheckReturn& operator=(const ZoCheckReturn& other)
     {
         if (this != &other) {
@@ -40,16 +47,21 @@ public:
         }
         return *this;
     }
+    /// Calls Policy::onUnchecked() when the result was never read, copied on or ignored.
     ~ZoCheckReturn() { verify(); }
 
+    ///@{
+    /// The value; marks the result as read.
     operator T() const { return Get(); }
     const T& Get() const
     {
         m_checked = true;
         return m_value;
     }
+    ///@}
     /// Declares that the caller does not need the value.
     void Ignore() const { m_checked = true; }
+    /// True once read, ignored or copied on; asking does not count as reading.
     bool IsChecked() const { return m_checked; }
 
 private:

@@ -28,49 +28,59 @@
 class ZO_API ZoClassSerialization
 {
 public:
+    /// The folders GetDirectory knows. The values are stored by callers, so they never change. On
+    /// Linux the Windows folders are read as the nearest XDG or system folders (given per value).
     enum ESpecialDirectory
     {
-        eTemporary = 0,
-        eDesktop = 1,
-        eProgramFiles = 2,
-        ePersonal = 3,
-        eLocalAppData = 4,
-        eFavorites = 5,
-        eStartup = 6,
-        eRecent = 7,
-        eSendTo = 8,
-        eCommonStartMenu = 9,
-        eFonts = 10,
-        eHalvo = 11,
-        eTestSuite = 12,
-        eCurrent = 13,
-        eModule = 14,
-        eApplication = 15,
+        eTemporary = 0,        ///< The temporary folder ($TMPDIR, else /tmp).
+        eDesktop = 1,          ///< The user's desktop ($XDG_DESKTOP_DIR or ~/Desktop).
+        eProgramFiles = 2,     ///< Where programs are installed (/opt).
+        ePersonal = 3,         ///< The user's documents (~/Documents).
+        eLocalAppData = 4,     ///< The user's application data ($XDG_DATA_HOME, else ~/.local/share).
+        eFavorites = 5,        ///< Favourites (~/.local/share/favorites).
+        eStartup = 6,          ///< Programs started at log-in ($XDG_CONFIG_HOME/autostart).
+        eRecent = 7,           ///< Recently used files (~/.local/share/recent).
+        eSendTo = 8,           ///< Send-to targets (~/.local/share/sendto).
+        eCommonStartMenu = 9,  ///< The start menu of all users (/usr/share/applications).
+        eFonts = 10,           ///< Fonts (~/.local/share/fonts).
+        eHalvo = 11,           ///< eTemporary plus "Halvo".
+        eTestSuite = 12,       ///< eTemporary plus "ZoTestSuite": where test data is kept.
+        eCurrent = 13,         ///< The current folder.
+        eModule = 14,          ///< The running executable's folder ("." when it cannot be found).
+        eApplication = 15,     ///< As eModule.
     };
+    /// How CreateArchive opens a file (the class note says what each does); for any other value it
+    /// returns null.
     enum ESerializationMode
     {
-        eRead = 0,
-        eWrite = 1,
-        eAppend = 17,
-        eWriteUncompressed = 257,
-        eWriteCompressed = 513,
+        eRead = 0,               ///< Read, expanding a compressed file transparently.
+        eWrite = 1,              ///< Create or truncate, then write.
+        eAppend = 17,            ///< Open or create without truncating, write at the end.
+        eWriteUncompressed = 257, ///< As eWrite.
+        eWriteCompressed = 513,  ///< Write the compressed format on ReleaseArchive.
     };
 
     /// Null when the file cannot be opened (reading: it does not exist; writing: its folder cannot be
     /// made), when the mode is not one of the five, or when a compressed file is damaged beyond use.
     static CArchive* CreateArchive(const CString& path, ESerializationMode mode);
+    /// CreateArchive() on GetDirectory(directory) + name; `name` may hold sub-folders.
     static CArchive* CreateArchive(ESpecialDirectory directory, const CString& name, ESerializationMode mode);
     /// Finishes the archive (writing a compressed file), then closes and frees it and its file.
     /// 0 for a null archive or when finishing failed, else 1.
     static int ReleaseArchive(CArchive* archive);
 
+    /// The folder's path, ending in the separator. The folder need not exist (nothing is created);
+    /// a folder the system cannot name comes back as the separator alone.
     static CString GetDirectory(ESpecialDirectory directory);
 
+    /// 1 when a file or folder exists at the path, else 0 (also when it cannot be examined).
     static int Exists(const CString& path);
+    /// 1 when the path is an existing folder, else 0.
     static int IsDirectory(const CString& path);
     /// Makes the folder and every missing folder above it. 1 when it already is a folder; 0 when it or
     /// one of its parents exists as a file or cannot be made.
     static int CreateDirectoryW(const CString& path);
+    /// 1 when the file existed and is deleted; 0 when it does not exist or the system refuses.
     static int DeleteFileW(const CString& path);
     /// Makes the target's folder first. 0 when the source does not exist.
     static int CopyFileW(const CString& source, const CString& target, int failIfExists);

@@ -18,16 +18,26 @@ public:
     /// Hue in degrees 0..360, saturation and value 0..1 (not checked; a hue outside 0..360 keeps the
     /// previous colour, white for a new object).
     ZoColorHSV(float hue, float saturation, float value);
+    ///@{
+    /// Takes the colour's hue, saturation and value; its alpha is dropped (the colour becomes opaque).
     ZoColorHSV(const ZoColor& color);
-    ZoColorHSV(const ZoColorHSV& other) = default;
-
     ZoColorHSV& operator=(const ZoColor& color);
+    ///@}
+    ///@{
+    /// Copies the three values and the colour made from them.
+    ZoColorHSV(const ZoColorHSV& other) = default;
     ZoColorHSV& operator=(const ZoColorHSV& other) = default;
+    ///@}
 
+    /// The opaque colour the three values give.
     const ZoColor& GetColor() const { return m_color; }
+    /// Hue in degrees, as set or interpolated (0..360 when it came from a colour).
     float GetHue() const { return m_hue; }
+    ///@{
+    /// 0..1 when it came from a colour; values set by the caller are kept as given.
     float GetSaturation() const { return m_saturation; }
     float GetValue() const { return m_value; }
+    ///@}
 
     /// Sets this object between a (t = 0) and b (t = 1). Saturation and value are linear; the hue is
     /// linear too, without a turn through 360 (240 to 0 passes 120), except that a grey end (saturation
@@ -35,6 +45,7 @@ public:
     void Interpolate(const ZoColorHSV& a, const ZoColorHSV& b, float t);
 
 protected:
+    /// Recomputes the colour from the three values; a hue outside 0..360 keeps the present colour.
     void updateColor();
 
 private:
