@@ -21,9 +21,11 @@
 class ZO_API ZoAbortable
 {
 public:
+    ///@{
     /// Positions of the two events when they are waited on together.
     static constexpr uint16_t sc_uiTerminate = 0;
     static constexpr uint16_t sc_uiTerminated = 1;
+    ///@}
 
     /// Makes and owns two manual-reset events: terminate reset, terminated set.
     ZoAbortable();
@@ -32,15 +34,24 @@ public:
     /// Shallow: both copy the two event pointers and the ownership flag as they are. Two owning
     /// objects would then delete the same events, so owning objects are passed by reference and
     /// never copied; the shallow copy is kept for the classes that copy non-owning ones.
+    ///@{
     ZoAbortable(const ZoAbortable& other);
     ZoAbortable& operator=(const ZoAbortable& other);
+    ///@}
     /// Deletes the events when it owns them.
     virtual ~ZoAbortable();
 
+    ///@{
+    /// The event a requester sets to ask the operation to stop; the operation polls or waits on it.
     ZoEvent& GetTerminateEvent() { return *m_terminate; }
     const ZoEvent& GetTerminateEvent() const { return *m_terminate; }
+    ///@}
+    ///@{
+    /// The event that is set while the operation is not running; a requester waits on it after
+    /// setting the terminate event.
     ZoEvent& GetTerminatedEvent() { return *m_terminated; }
     const ZoEvent& GetTerminatedEvent() const { return *m_terminated; }
+    ///@}
 
 private:
     ZoEvent* m_terminate;

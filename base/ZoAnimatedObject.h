@@ -30,12 +30,19 @@ class ZO_API ZoAnimatedObject : public ZoClassRTTI
 
     /// In milliseconds; a length of 0 or less makes the next poll end the animation.
     void SetAnimationLength(float milliseconds) { m_animationLength = milliseconds; }
+    /// In milliseconds; 300 for a new object. Not used by endless animations.
     float GetAnimationLength() const { return m_animationLength; }
     /// The length is greater than 0.
     bool IsAnimated() const { return m_animationLength > 0.0f; }
+    ///@{
+    /// A number of the owner's choosing (to tell its animations apart); the object never reads it.
     void SetAnimationID(uint32_t id) { m_animationId = id; }
     uint32_t GetAnimationID() const { return m_animationId; }
+    ///@}
+    /// True from startAnimation() until the animation ends or is ended or terminated.
     bool IsAnimationRunning() const { return m_running != 0; }
+    /// True once an endless animation has been asked to stop, until the next startAnimation(); the
+    /// final frame follows at the next ContinueAnimation().
     bool IsEndlessAnimationStopped() const { return m_endlessStopped != 0; }
 
     /// Advances the animation; 1 while it goes on, 0 once it has ended (see the class comment).

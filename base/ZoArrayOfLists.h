@@ -26,7 +26,9 @@ class ZO_TEMPLATE_API ZoArrayOfLists : public ZoArrayManaged<ZoList<E, ListFlags
     typedef ZoArrayManaged<ZoList<E, ListFlags>, Policy> Base;
 
 public:
+    /// The element type: a list whose nodes come from the array's pool.
     typedef ZoList<E, ListFlags> List;
+    /// The node pool the lists share; reference-counted, so lists and arrays may hold it together.
     typedef typename List::PlexManager PlexManager;
 
     /// An empty array with a pool of its own (10 nodes per block, as the library builds lists).
@@ -41,11 +43,15 @@ public:
     {
         this->SetElementCount(count, 0);
     }
+    /// Shares the source's pool and copies its grow setting and lists (their elements into new nodes
+    /// of that pool).
     ZoArrayOfLists(const ZoArrayOfLists& other) : Base(), m_plexManager(other.m_plexManager)
     {
         this->copyPolicy(other);
         this->Add(other, 0);
     }
+    /// Copies the source's lists element by element; this array keeps its own pool, so lists made
+    /// here are built on it.
     ZoArrayOfLists& operator=(const ZoArrayOfLists& other)
     {
         Base::operator=(other);
@@ -53,9 +59,12 @@ public:
     }
     ~ZoArrayOfLists() override = default;
 
+    /// The pool every list of this array draws from; pass it to lists that should splice with these.
     const ZoSmartPointer<PlexManager>& GetPlexManager() const { return m_plexManager; }
 
 protected:
+    /// Builds a list on the array's pool at `at` and copies `from`'s elements into it; on a throw
+    /// the slot is left unconstructed.
     void constructElement(List* at, const List& from) override
     {
         new (at) List(m_plexManager);
@@ -66,6 +75,7 @@ protected:
             throw;
         }
     }
+    /// Builds an empty list on the array's pool at `at`.
     void constructElement(List* at) override { new (at) List(m_plexManager); }
 
 private:

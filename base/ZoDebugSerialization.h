@@ -16,15 +16,21 @@
 class ZO_API ZoDebugSerialization
 {
 public:
+    /// `instanceName` prefixes every line written and every file name made, as given (file names get
+    /// it made allowed).
     explicit ZoDebugSerialization(const CString& instanceName);
 
+    /// The name given at construction.
     const CString& GetInstanceName() const { return m_instanceName; }
 
     /// The lock every dump line is written under; made when the library loads.
     static ZoCriticalSection& GetCriticalSection();
 
+    /// "name[index]", the variable name of an array element.
     static CString ElementName(const CString& name, int index);
+    /// "name(number)", the variable name of a numbered item.
     static CString NumberedName(const CString& name, int number);
+    /// False for the seven characters that cannot stand in a dump file name: | " ? * > ] <.
     static bool IsAllowedInName(char16_t character);
     /// The name with every character that is not allowed replaced by '_'.
     static CString MakeName(const CString& name);

@@ -16,6 +16,7 @@
 class ZO_API ZoFPUControl
 {
 public:
+    /// The rounding mode of the calling thread's floating-point arithmetic.
     enum EFloatRounding
     {
         eRoundUnknown = 0, ///< GetRounding could not read the control word
@@ -24,12 +25,13 @@ public:
         eRoundDown = 3,    ///< toward minus infinity
         eRoundNear = 4,    ///< to nearest
     };
+    /// The mantissa width, in bits, that the control word reports for arithmetic.
     enum EFloatPrecision
     {
         ePrecisionUnknown = 0, ///< the control word could not be read, or names no precision
-        ePrecision24 = 1,
-        ePrecision53 = 2,
-        ePrecision64 = 3,
+        ePrecision24 = 1,      ///< single precision
+        ePrecision53 = 2,      ///< double precision
+        ePrecision64 = 3,      ///< extended precision
     };
 
     /// Calls SaveFloatingPointControl.
@@ -37,14 +39,21 @@ public:
     /// Copies the saved word.
     ZoFPUControl& operator=(const ZoFPUControl& other);
 
-    /// No effect on x64 (see the class comment).
+    ///@{
+    /// No effect on x64 (see the class comment); in particular the rounding mode is neither saved
+    /// nor restored.
     void SaveFloatingPointControl();
     void RestoreFloatingPointControl();
     void SetPrecision(EFloatPrecision precision);
+    ///@}
 
+    /// The calling thread's rounding mode; eRoundUnknown when the system cannot read it.
     static EFloatRounding GetRounding();
-    /// Any value outside eRoundChop..eRoundNear changes nothing.
+    /// Sets the calling thread's rounding mode (other threads keep theirs). Any value outside
+    /// eRoundChop..eRoundNear changes nothing.
     static void SetRounding(EFloatRounding rounding);
+    /// The precision the control word reports (fixed on x64; the targets' C libraries may report
+    /// different values); ePrecisionUnknown when it cannot be read.
     static EFloatPrecision GetPrecision();
 
 private:

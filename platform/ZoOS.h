@@ -37,11 +37,18 @@ ZO_API uint32_t GetCurrentThreadIdentifier();
 #if defined(_WIN32)
 typedef CRITICAL_SECTION LockStorage;
 #else
+/// The POSIX lock word behind ZoCriticalSection: a plain mutex made recursive by an owner and a
+/// count. Only the lock functions below touch it.
 struct LockStorage
 {
+    /// Held while some thread owns the lock, whatever its recursion count.
     std::mutex mutex;
+    /// The owner's GetCurrentThreadIdentifier(), 0 when free; read without the mutex to let the
+    /// owner re-enter.
     std::atomic<uint32_t> owner{0};
+    /// How many times the owner has entered; 0 when free.
     std::atomic<int32_t> recursionCount{0};
+    /// Failed try-locks before EnterLock blocks on the mutex.
     uint32_t spinCount = 0;
 };
 #endif
@@ -227,15 +234,19 @@ ZO_API int32_t GetThreadPriorityLevel(HANDLE thread);
 // thread-cancellation unwind (POSIX: TerminateThreadObject), which must never be swallowed; returns
 // otherwise. Code that catches everything on a thread that may be terminated calls it first.
 ZO_API void RethrowThreadCancellation();
-// Holds off thread termination for its lifetime. Destructors that flush or close files use it: a
-// termination acted on inside a destructor would unwind out of it, and that ends the process. A
-// termination requested meanwhile takes effect at the thread's next wait after the scope. Nothing
-// to do on Windows, where a terminated thread stops without unwinding.
+/// Holds off thread termination for its lifetime. Destructors that flush or close files use it: a
+/// termination acted on inside a destructor would unwind out of it, and that ends the process. A
+/// termination requested meanwhile takes effect at the thread's next wait after the scope. Nothing
+/// to do on Windows, where a terminated thread stops without unwinding.
 class ZO_API ThreadTerminationDeferral
 {
 public:
+    ///@{
+    /// The constructor disables termination for the calling thread; the destructor restores the
+    /// state it found, so deferrals nest. Make and destroy it on the same thread.
     ThreadTerminationDeferral();
     ~ThreadTerminationDeferral();
+    ///@}
     ThreadTerminationDeferral(const ThreadTerminationDeferral&) = delete;
     ThreadTerminationDeferral& operator=(const ThreadTerminationDeferral&) = delete;
 
