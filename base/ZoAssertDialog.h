@@ -17,6 +17,7 @@
 class ZO_API ZoAssertDialog
 {
 public:
+    /// What Fail() does after reporting.
     enum EPolicy
     {
         eContinue, ///< report, then return to the caller
@@ -24,8 +25,12 @@ public:
         eAbort,    ///< report, then end the process
     };
 
+    ///@{
+    /// The process-wide policy, eAbort until set; safe to change from any thread (the change is
+    /// atomic, and a Fail() already under way may still act on the old policy).
     static void SetPolicy(EPolicy policy);
     static EPolicy GetPolicy();
+    ///@}
 
     /// Reports the failure and acts on the policy; returns only under eContinue (or when the
     /// debugger lets the program go on).

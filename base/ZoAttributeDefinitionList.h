@@ -19,7 +19,10 @@ class ZO_API ZoAttributeDefinitionList
 
 public:
     ZoAttributeDefinitionList();
+    /// Shares the definitions (not copies of them) in a node pool of its own, so that the copy may
+    /// be used on another thread than the source.
     ZoAttributeDefinitionList(const ZoAttributeDefinitionList& other);
+    /// Replaces the entries with the other list's definitions (shared, not copied).
     ZoAttributeDefinitionList& operator=(const ZoAttributeDefinitionList& other);
     ~ZoAttributeDefinitionList();
 
@@ -27,9 +30,11 @@ public:
     uint32_t GetTotalSize() const;
     /// Definitions whose serialize flag is set.
     uint32_t GetNumSerializableItems() const;
+    ///@{
     /// The first definition with that unique ID from the head, or a null handle.
     ZoSmartPointer<ZoAttributeDefinition> Get(uint32_t uniqueID);
     ZoSmartPointer<const ZoAttributeDefinition> Get(uint32_t uniqueID) const;
+    ///@}
     /// Stable sort by ascending element size.
     void SortByElementSize();
 };

@@ -22,9 +22,11 @@ class ZO_API ZoAttributeParameter : public ZoReferenceCountedClass<ZoAttributePa
     ZoAttributeParameter();
     /// Copies the settings; the copy has a reference count of its own.
     ZoAttributeParameter(const ZoAttributeParameter& other);
+    /// Copies the settings; the reference count stays this object's.
     ZoAttributeParameter& operator=(const ZoAttributeParameter& other);
     ~ZoAttributeParameter() override;
 
+    /// True unless a derived class has marked its settings invalid; a new object is valid.
     bool IsValid() const { return m_valid; }
 
     /// The figure memory reports have always used for the base object: 40.
@@ -35,6 +37,7 @@ class ZO_API ZoAttributeParameter : public ZoReferenceCountedClass<ZoAttributePa
     virtual void Serialize(ZoStreamReadBinary& stream);
 
 protected:
+    /// For derived classes whose settings can be unusable (out of range, not yet set).
     void setValid(bool valid) { m_valid = valid; }
 
 private:

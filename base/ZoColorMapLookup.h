@@ -20,10 +20,17 @@
 class ZO_API ZoColorMapLookup : public ZoColorMap
 {
 public:
+    /// A table of `entries` colours over minimum..maximum (as ZoColorMap's range constructor). With
+    /// 0 entries every value maps to the underflow or overflow colour.
     ZoColorMapLookup(uint32_t entries, float minimum, float maximum);
+    /// A table of `entries` colours over the range of the `count` values at `values` (as ZoColorMap's
+    /// constructor from values).
     ZoColorMapLookup(uint32_t entries, const float* values, uint32_t count);
+    ///@{
+    /// Copies the map's settings and shares the table once built (see the class note).
     ZoColorMapLookup(const ZoColorMapLookup& other) = default;
     ZoColorMapLookup& operator=(const ZoColorMapLookup& other) = default;
+    ///@}
     ~ZoColorMapLookup() override;
 
     /// The packed colour 0xAARRGGBB of the entry the value falls in: below the first entry (after

@@ -29,9 +29,13 @@ public:
     static void Delete();
     /// Writes the text to the console's standard output, without adding a line break.
     static void Write(const CString& text);
+    /// Sets the console window's title; on Linux the terminal's title, and only when standard output
+    /// is a terminal.
     static void SetTitle(const CString& title);
 
+    /// Nonzero after a successful Create() or Attach(), until Delete().
     static int HasConsole() { return s_hasConsole; }
+    /// Nonzero when the console in use is the parent process's (from Attach()).
     static int IsAttached() { return s_isAttached; }
 
 private:

@@ -9,5 +9,6 @@
 class ZO_API ZoConstructorDefault : public ZoConstructor
 {
 public:
+    /// Sets the `size` bytes at `memory` to 0.
     void Init(unsigned char* memory, uint32_t size) const override;
 };

@@ -11,12 +11,16 @@
 class ZO_API ZoCriticalSectionAuto
 {
 public:
+    ///@{
+    /// Blocks until the lock is held. The lock must outlive the guard; the pointer must not be null.
     explicit ZoCriticalSectionAuto(ZoCriticalSection& lock);
     explicit ZoCriticalSectionAuto(ZoCriticalSection* lock);
+    ///@}
     ~ZoCriticalSectionAuto();
     ZoCriticalSectionAuto(const ZoCriticalSectionAuto&) = delete;
     ZoCriticalSectionAuto& operator=(const ZoCriticalSectionAuto&) = delete;
 
+    /// Leaves the lock now (once; later calls do nothing) so that the rest of the scope runs unlocked.
     void LeaveEarly();
 
 private:

@@ -13,5 +13,8 @@ class ZO_API ZoDestructor : public ZoReferenceCountedClass<ZoDestructor>
 {
 public:
     ~ZoDestructor() override;
+    /// Tears down one attribute's `size` bytes at `memory` (its element size); the bytes are reused
+    /// or freed afterwards. Should not throw (the container does not catch). const, as one object
+    /// serves every record.
     virtual void Destroy(unsigned char* memory, uint32_t size) const = 0;
 };
