@@ -14,22 +14,22 @@ class ZO_API ZoClassName
 public:
     /// An empty name.
     ZoClassName() = default;
-    ///@{
     /// Takes the name as given: nothing checks that a class of that name is registered.
     ZoClassName(const CString& name) : m_name(name) {}
-    ZoClassName& operator=(const CString& name)
-    {
-        m_name = name;
-        return *this;
-    }
-    void SetName(const CString& name) { m_name = name; }
-    ///@}
     ///@{
     /// Copies the name.
     ZoClassName(const ZoClassName& other) = default;
     ZoClassName& operator=(const ZoClassName& other) = default;
     ///@}
+    /// Takes the name as given, as the constructor from a string does.
+    ZoClassName& operator=(const CString& name)
+    {
+        m_name = name;
+        return *this;
+    }
 
+    /// Takes the name as given, as the constructor from a string does.
+    void SetName(const CString& name) { m_name = name; }
     ///@{
     /// The name, empty when none was set.
     const CString& GetName() const { return m_name; }

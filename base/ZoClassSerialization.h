@@ -53,11 +53,11 @@ public:
     /// returns null.
     enum ESerializationMode
     {
-        eRead = 0,               ///< Read, expanding a compressed file transparently.
-        eWrite = 1,              ///< Create or truncate, then write.
-        eAppend = 17,            ///< Open or create without truncating, write at the end.
+        eRead = 0,                ///< Read, expanding a compressed file transparently.
+        eWrite = 1,               ///< Create or truncate, then write.
+        eAppend = 17,             ///< Open or create without truncating, write at the end.
         eWriteUncompressed = 257, ///< As eWrite.
-        eWriteCompressed = 513,  ///< Write the compressed format on ReleaseArchive.
+        eWriteCompressed = 513,   ///< Write the compressed format on ReleaseArchive.
     };
 
     /// Null when the file cannot be opened (reading: it does not exist; writing: its folder cannot be

@@ -18,16 +18,15 @@ public:
     /// Hue in degrees 0..360, saturation and value 0..1 (not checked; a hue outside 0..360 keeps the
     /// previous colour, white for a new object).
     ZoColorHSV(float hue, float saturation, float value);
-    ///@{
     /// Takes the colour's hue, saturation and value; its alpha is dropped (the colour becomes opaque).
     ZoColorHSV(const ZoColor& color);
-    ZoColorHSV& operator=(const ZoColor& color);
-    ///@}
-    ///@{
     /// Copies the three values and the colour made from them.
     ZoColorHSV(const ZoColorHSV& other) = default;
+
+    /// Takes the colour's hue, saturation and value; its alpha is dropped (the colour becomes opaque).
+    ZoColorHSV& operator=(const ZoColor& color);
+    /// Copies the three values and the colour made from them.
     ZoColorHSV& operator=(const ZoColorHSV& other) = default;
-    ///@}
 
     /// The opaque colour the three values give.
     const ZoColor& GetColor() const { return m_color; }
