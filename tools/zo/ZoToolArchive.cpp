@@ -162,7 +162,7 @@ int unpack(const CString& in, const CString& out)
     ZoClassSerialization::ReleaseArchive(archive);
     // The archive expands a damaged payload to nothing; the header's length tells.
     if (bytes.size() != header.uncompressedSize)
-        throw UserError(in, "damaged or truncated compressed archive: it holds " + std::to_string(bytes.size()) +
+        throw UserError(in, "truncated or damaged compressed archive: it holds " + std::to_string(bytes.size()) +
                                 " of the " + std::to_string(header.uncompressedSize) + " bytes its header names");
     WriteWholeFile(out, bytes.data(), bytes.size(), "writing");
     Print(Narrow(out) + ": " + std::to_string(bytes.size()) + " bytes unpacked\n");
