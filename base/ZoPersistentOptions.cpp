@@ -139,3 +139,8 @@ int ZoPersistentOptions::ReadOption(const CString& key, const CString& name, CSt
     value = CString(std::move(text));
     return 1;
 }
+
+int ZoPersistentOptions::DeleteOption(const CString& key, const CString& name, EPersistentOptionsCategory category)
+{
+    return ZoOS::DeleteOptionValue(getKey(category), key, name) ? 1 : 0;
+}

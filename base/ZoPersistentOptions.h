@@ -70,6 +70,10 @@ public:
     static int ReadOption(const CString& key, const CString& name, CString& value, uint32_t maxLength,
                           EPersistentOptionsCategory category);
 
+    // Removes the value (its key stays). 0 when the key or the value does not exist or cannot be
+    // changed, or for an unknown category.
+    static int DeleteOption(const CString& key, const CString& name, EPersistentOptionsCategory category);
+
 private:
     /// The registry root's number (0x80000000 ...), 0 for an unknown category. Category 4 is
     /// HKEY_CURRENT_CONFIG (0x80000005): the performance-data root 0x80000004 in between is no place

@@ -1,14 +1,21 @@
 // A first tour of Zo: register a class with the type registry, create and clone it by name, hold it
-// in smart pointers, print the report of a caught exception, then write values into a compressed
-// archive file and read them back.
+// in smart pointers, print the report of a caught exception; then the typical path through the
+// library: write a two-dimensional float array through a compressed file stream, read it back and
+// compare; build a small graph, find its shortest path and write its Graphviz file.
+#include "base/ZoArray2D.h"
 #include "base/ZoClassRTTI.h"
+#include "base/ZoClassSerialization.h"
+#include "base/ZoGraph.h"
+#include "base/ZoMpGraphToShortestPath.h"
 #include "base/ZoExceptionWrongFileVersion.h"
 #include "base/ZoRTTIRegistration.h"
 #include "base/ZoSmartPointer.h"
 #include "base/ZoStreamReadBinaryFile.h"
+#include "base/ZoStreamWriteASCIIFile.h"
 #include "base/ZoStreamWriteBinaryFile.h"
 
 #include <cstdio>
+#include <cstring>
 
 namespace {
 
@@ -63,34 +70,67 @@ int main()
         print(e.Where() + u" is where it came from\n");
     }
 
-    // Values in the library's binary encoding, compressed into one archive file.
-    const CString path = ZoClassSerialization::GetDirectory(ZoClassSerialization::eTemporary) + u"zo-demo.bin";
+    // The typical path through the library: a two-dimensional array written through a compressed
+    // file stream, then read back and compared.
+    const CString fieldPath = ZoClassSerialization::GetDirectory(ZoClassSerialization::eCurrent) + u"zo-demo-field.bin";
     try {
+        ZoArray2D<float> field(256, 128);
+        for (uint32_t y = 0; y < field.GetHeight(); ++y)
+            for (uint32_t x = 0; x < field.GetWidth(); ++x)
+                field[y][x] = 0.5f * static_cast<float>(x % 16) + 0.25f * static_cast<float>(y);
         {
-            ZoStreamWriteBinaryFile out(path, ZoStreamWriteBinaryFile::eCompressionZIP);
-            out.WriteVersion(1);
-            out << CString(u"floor plan") << int32_t(-42) << 2.5 << (uint64_t(1) << 40);
-            for (int32_t i = 0; i < 1000; ++i)
-                out << i % 10;
-            out.Close();
+            ZoStreamWriteBinaryFile out(fieldPath, ZoStreamWriteBinaryFile::eCompressionZIP);
+            field.Serialize(out);
+            out.Close(); // compresses and writes the header and data; throws when that fails
         }
-        print(CString::Formatted(u"wrote %s: %u bytes for %u bytes of values\n", path,
-                                 ZoClassSerialization::GetFileSize(path), 4u + 24u + 4u + 8u + 8u + 4000u));
-        ZoStreamReadBinaryFile in(path);
-        CString title;
-        int32_t number = 0;
-        double fraction = 0;
-        uint64_t big = 0;
-        const unsigned int version = in.ReadAndCompareVersion(1);
-        in >> title >> number >> fraction >> big;
-        int32_t sum = 0;
-        for (int32_t i = 0, value = 0; i < 1000; ++i, sum += value)
-            in >> value;
-        print(CString::Formatted(u"read back: version %u, \"%s\", %d, %f, %llu, sum of the series %d\n", version, title,
-                                 number, fraction, big, sum));
-        ZoClassSerialization::DeleteFileW(path);
+        ZoArray2D<float> read;
+        ZoStreamReadBinaryFile in(fieldPath);
+        read.Serialize(in);
+        const bool same = read.GetWidth() == field.GetWidth() && read.GetHeight() == field.GetHeight() &&
+                          std::memcmp(read.GetData(), field.GetData(), 256 * 128 * sizeof(float)) == 0;
+        print(CString::Formatted(u"wrote a %ux%u float array to zo-demo-field.bin: %u bytes for %u bytes of values\n",
+                                 field.GetWidth(), field.GetHeight(), ZoClassSerialization::GetFileSize(fieldPath),
+                                 256u * 128u * 4u));
+        print(CString::Formatted(u"read it back: %ux%u, equal to what was written: %s\n", read.GetWidth(),
+                                 read.GetHeight(), same ? u"yes" : u"no"));
+        if (!same)
+            return 1;
     } catch (const ZoException& e) {
-        print(u"the archive failed:\n" + e.GetTraceString());
+        print(u"the array file failed:\n" + e.GetTraceString());
+        return 1;
+    }
+
+    // A small graph (the graph owns its nodes), the shortest path through it, and its Graphviz file.
+    ZoGraph roads;
+    const char16_t* const names[] = {u"home", u"park", u"bakery", u"library", u"school"};
+    ZoGraphNode* nodes[5];
+    for (int i = 0; i < 5; ++i) {
+        nodes[i] = new ZoGraphNode(names[i]);
+        roads.InsertNode(nodes[i]);
+    }
+    nodes[0]->AddConnection(*nodes[1], 1.0f);
+    nodes[0]->AddConnection(*nodes[2], 2.5f);
+    nodes[1]->AddConnection(*nodes[2], 1.0f);
+    nodes[1]->AddConnection(*nodes[3], 3.5f);
+    nodes[2]->AddConnection(*nodes[4], 4.0f);
+    nodes[3]->AddConnection(*nodes[4], 1.0f);
+    ZoMpGraphToShortestPath search;
+    search.SetInput(roads, *nodes[0], *nodes[4]);
+    if (!search.Compute()) {
+        print(u"no path from home to school\n");
+        return 1;
+    }
+    CString path;
+    for (ZoGraphPathIterator it = search.GetOutput(); it.HasMoreElements();)
+        path += (path.IsEmpty() ? u"" : u" -> ") + it.GetNext().GetName();
+    print(CString::Formatted(u"shortest path: %s, length %g\n", path, static_cast<double>(nodes[4]->GetWeight())));
+    try {
+        ZoStreamWriteASCIIFile dot(ZoClassSerialization::GetDirectory(ZoClassSerialization::eCurrent) +
+                                   u"zo-demo-roads.dot");
+        roads.DumpDot(dot, 1);
+        print(u"wrote zo-demo-roads.dot; draw it with: dot -Tpng zo-demo-roads.dot -o roads.png\n");
+    } catch (const ZoException& e) {
+        print(u"the Graphviz file failed:\n" + e.GetTraceString());
         return 1;
     }
     return 0;

@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #if !defined(_WIN32)
 #  include <atomic>
@@ -353,6 +354,26 @@ ZO_API CString FormatCurrentLongDate();
 // the birth time where the file system reports one (statx), else the time of the last status
 // change, which is the nearest the system keeps.
 ZO_API bool ReadFileTimes(const CString& path, uint64_t& creationTicks, uint64_t& modificationTicks);
+
+// ---- programs and terminals -------------------------------------------------------------------
+// What a console program on the library needs beyond files: replacing a file in one step, knowing
+// whether its diagnostics reach a person, and starting a helper program.
+
+// Renames `source` to `target`, replacing a `target` that exists, as one step where the system
+// can (rename on POSIX, MoveFileExW with MOVEFILE_REPLACE_EXISTING on Windows).
+ZO_API bool MoveFileReplacing(const CString& source, const CString& target);
+// True when the process's standard error is a terminal (a console on Windows).
+ZO_API bool IsStandardErrorTerminal();
+// Runs `program` (looked up on PATH when it names no folder) with `arguments`, its standard
+// streams those of this process, and waits for it to end. Its exit code (128 + the signal number
+// for one killed by a signal), or -1 when it could not be started: the last error is then
+// ENOENT / ERROR_FILE_NOT_FOUND when the program is not found.
+ZO_API int RunProgram(const CString& program, const std::vector<CString>& arguments);
+
+// ---- persistent options: removal --------------------------------------------------------------
+// Removes one value (not its key) from the store ReadOptionValue and WriteOptionValue use; false
+// (last error ENOENT / ERROR_FILE_NOT_FOUND) when the store, the key or the value is missing.
+ZO_API bool DeleteOptionValue(uint32_t root, const CString& key, const CString& name);
 
 } // namespace ZoOS
 

@@ -119,6 +119,7 @@ public:
     }
 
     sqlite3_stmt* Statement() { return m_statement; }
+    sqlite3* Database() { return m_database; }
 
     bool BindKey(uint32_t root, const CString& key, const CString& name)
     {
@@ -233,6 +234,26 @@ bool WriteOptionValue(uint32_t root, const CString& key, const CString& name, ui
     code = connection.Step();
     if (code != SQLITE_DONE)
         return connection.failed(code);
+    SetLastErrorCode(0);
+    return true;
+}
+
+bool DeleteOptionValue(uint32_t root, const CString& key, const CString& name)
+{
+    if (root == 0)
+        return fail(EBADF);
+    CancellationHold hold;
+    Connection connection;
+    // Opened for reading: removing from a store that does not exist must not create it.
+    if (!connection.Open(false) ||
+        !connection.Prepare("DELETE FROM options WHERE root = ?1 AND key = ?2 AND name = ?3") ||
+        !connection.BindKey(root, key, name))
+        return false;
+    const int code = connection.Step();
+    if (code != SQLITE_DONE)
+        return connection.failed(code);
+    if (sqlite3_changes(connection.Database()) == 0)
+        return fail(ENOENT);
     SetLastErrorCode(0);
     return true;
 }

@@ -54,4 +54,18 @@ bool WriteOptionValue(uint32_t root, const CString& key, const CString& name, ui
     return result(status);
 }
 
+bool DeleteOptionValue(uint32_t root, const CString& key, const CString& name)
+{
+    if (root == 0)
+        return result(ERROR_INVALID_HANDLE);
+    HKEY opened = nullptr;
+    LONG status = ::RegOpenKeyExW(rootHandle(root), reinterpret_cast<const wchar_t*>(key.GetString()), 0,
+                                  KEY_SET_VALUE, &opened);
+    if (status != ERROR_SUCCESS)
+        return result(status);
+    status = ::RegDeleteValueW(opened, reinterpret_cast<const wchar_t*>(name.GetString()));
+    ::RegCloseKey(opened);
+    return result(status);
+}
+
 } // namespace ZoOS

@@ -132,6 +132,14 @@ TEST(ZoPersistentOptionsTest, ValuesTheirBytesAndEdgeCases)
     EXPECT_EQ(Options::WriteOption(key, u"Count", int32_t(1), unknown), 0);
     EXPECT_EQ(Options::ReadOption(key, u"Count", number, unknown), 0);
     EXPECT_EQ(Options::ReadOption(key, u"Count", text, 20, unknown), 0);
+    EXPECT_EQ(Options::DeleteOption(key, u"Count", unknown), 0);
+
+    // Deleting takes one value, whatever the case of its name, and leaves the others.
+    EXPECT_EQ(Options::DeleteOption(key, u"COUNT", sc_user), 1);
+    EXPECT_EQ(Options::ReadOption(key, u"Count", text, 20, sc_user), 0);
+    EXPECT_EQ(Options::DeleteOption(key, u"Count", sc_user), 0) << "already gone";
+    EXPECT_EQ(Options::DeleteOption(key + u"\\Missing", u"Name", sc_user), 0);
+    EXPECT_EQ(Options::ReadOption(key, u"Size", size, sc_user), 1);
 #if !defined(_WIN32)
     // Every root is a place of its own (the Windows roots other than the user's need rights).
     for (int category = 0; category <= 4; ++category)
