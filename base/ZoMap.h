@@ -17,8 +17,14 @@
 /// @ingroup containers
 inline uint32_t ZoHashKey(const CString& key)
 {
+    // Four code units per step while none of them is the terminator: h * 33^4 + c0 * 33^3 + ... is
+    // the same value modulo 2^32 as four single steps, with a shorter chain of dependent multiplies.
+    const char16_t* unit = key.GetString();
+    const char16_t* const end = unit + key.GetLength();
     uint32_t hash = 0;
-    for (const char16_t* unit = key.GetString(); *unit != 0; ++unit)
+    for (; end - unit >= 4 && unit[0] != 0 && unit[1] != 0 && unit[2] != 0 && unit[3] != 0; unit += 4)
+        hash = hash * (33u * 33u * 33u * 33u) + unit[0] * (33u * 33u * 33u) + unit[1] * (33u * 33u) + unit[2] * 33u + unit[3];
+    for (; *unit != 0; ++unit)
         hash = hash * 33u + *unit;
     return hash;
 }
@@ -67,6 +73,9 @@ public:
         SAssociation* next;
         /// The bucket the association hangs in; iteration continues from it.
         uint32_t bucketIndex;
+        /// The key's full hash: a chain walk compares it before the key, so a string key is compared
+        /// only when it very likely matches, and growing never hashes a key again.
+        uint32_t hash;
         /// The key, copied in on insertion.
         Key key;
         /// The value, default-made on insertion.
@@ -132,7 +141,7 @@ public:
     /// The value stored under `key`, or null. Never inserts.
     Value* Find(const Key& key) const
     {
-        SAssociation* association = findAssociation(key);
+        SAssociation* association = findAssociation(key, ZoHashKey(key));
         return association != nullptr ? &association->value : nullptr;
     }
     /// Copies the value under `key` into `value` and returns true; false (and `value` untouched) when absent.
@@ -147,9 +156,10 @@ public:
     /// The value under `key`, inserted default-constructed when absent.
     Value& operator[](const Key& key)
     {
-        if (SAssociation* association = findAssociation(key))
+        const uint32_t hash = ZoHashKey(key);
+        if (SAssociation* association = findAssociation(key, hash))
             return association->value;
-        return insertAssociation(key)->value;
+        return insertAssociation(key, hash)->value;
     }
     /// Stores `value` under `key`, replacing an earlier value.
     void SetAt(const Key& key, const Value& value) { (*this)[key] = value; }
@@ -158,9 +168,10 @@ public:
     {
         if (!HasHashTable())
             return false;
-        SAssociation** link = &m_buckets[bucketOf(key)];
+        const uint32_t hash = ZoHashKey(key);
+        SAssociation** link = &m_buckets[hash % m_bucketCount];
         for (SAssociation* association = *link; association != nullptr; association = association->next) {
-            if (association->key == key) {
+            if (association->hash == hash && association->key == key) {
                 *link = association->next;
                 freeAssociation(association);
                 if (--m_count == 0) {
@@ -202,30 +213,28 @@ public:
     const ZoSmartPointer<PlexManager>& GetPlexManager() const { return m_plexManager; }
 
 private:
-    uint32_t bucketOf(const Key& key) const { return ZoHashKey(key) % m_bucketCount; }
-
     void createBucketTable()
     {
         m_buckets.SetElementCount(m_bucketCount, 0);
         m_buckets.Reset();
     }
-    SAssociation* findAssociation(const Key& key) const
+    SAssociation* findAssociation(const Key& key, uint32_t hash) const
     {
         if (!HasHashTable())
             return nullptr;
-        for (SAssociation* association = m_buckets[bucketOf(key)]; association != nullptr; association = association->next)
-            if (association->key == key)
+        for (SAssociation* association = m_buckets[hash % m_bucketCount]; association != nullptr; association = association->next)
+            if (association->hash == hash && association->key == key)
                 return association;
         return nullptr;
     }
-    SAssociation* insertAssociation(const Key& key)
+    SAssociation* insertAssociation(const Key& key, uint32_t hash)
     {
         if (!HasHashTable())
             createBucketTable();
         SAssociation* association = m_plexManager->AllocateNode();
         if (association == nullptr)
             throw std::bad_alloc();
-        const uint32_t bucket = bucketOf(key);
+        const uint32_t bucket = hash % m_bucketCount;
         try {
             new (&association->key) Key(key);
             try {
@@ -239,6 +248,7 @@ private:
             throw;
         }
         association->bucketIndex = bucket;
+        association->hash = hash;
         association->next = m_buckets[bucket];
         m_buckets[bucket] = association;
         ++m_count;
@@ -259,7 +269,7 @@ private:
         for (uint32_t old = 0; old < m_buckets.GetCount(); ++old) {
             for (SAssociation* association = m_buckets[old]; association != nullptr;) {
                 SAssociation* next = association->next;
-                const uint32_t bucket = ZoHashKey(association->key) % bucketCount;
+                const uint32_t bucket = association->hash % bucketCount;
                 association->bucketIndex = bucket;
                 association->next = nullptr;
                 *tails[bucket] = association;

@@ -79,6 +79,27 @@ TEST(ZoMapTest, StringKeysInsertLookUpAndRemove)
     EXPECT_EQ(ZoHashKey(CString(u"ab")), 97u * 33u + 98u);
 }
 
+// The hash takes several code units per step; lengths around the step, a NUL inside the key (the
+// hash stops there) and units above 0x7F must give the one-unit-at-a-time value, wrapping at 2^32.
+TEST(ZoMapTest, StringHashMatchesTheOneUnitFormula)
+{
+    const struct
+    {
+        std::u16string key;
+        uint32_t hash;
+    } cases[] = {
+        {u"", 0u},
+        {u"abcd", 3595978u},
+        {u"abcde", 118667375u},
+        {u"ZoClassName1234", 1571334762u},
+        {std::u16string(u"ab\0cdefgh", 9), 3299u},
+        {std::u16string(u"abcdefg\0h", 9), 379755964u},
+        {u"\u00e9\uffff\u4e2dxyzw", 3170279447u},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ZoHashKey(CString(c.key)), c.hash) << c.key.size() << " units";
+}
+
 TEST(ZoMapTest, IterationVisitsBucketsInOrderAndChainsFromTheirHead)
 {
     ZoMap<uint32_t, int> map;
