@@ -6,6 +6,8 @@
 // fuzzer reaches the decoding itself. A fixed script of symbols, raw bits and raw bytes then runs
 // until the data runs out. Whatever the bytes, the decoder must end in the library's exception or
 // finish, never read outside its block or hang.
+#include "ZoFuzzSupport.h"
+
 #include "base/ZoException.h"
 #include "base/ZoStreamReadBinaryMemory.h"
 #include "base/ZoStreamWriteBinaryMemory.h"
@@ -19,11 +21,9 @@
 
 namespace {
 
-const uint32_t kAlphabets[] = {2, 3, 16, 65, 256, 1000, 16384, 5};
-
-// The script both sides run: step i's kind and width follow from i alone.
-uint32_t kindOf(uint32_t step) { return (step * 2654435761u) >> 29; }
-uint32_t widthOf(uint32_t step) { return 1 + (step * 40503u) % 32; }
+using zofuzz::kRangeCoderAlphabets;
+uint32_t kindOf(uint32_t step) { return zofuzz::rangeCoderKind(step); }
+uint32_t widthOf(uint32_t step) { return zofuzz::rangeCoderWidth(step); }
 
 void decode(const std::vector<unsigned char>& stream, uint32_t symbols)
 {
@@ -51,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     if (size < 1)
         return 0;
-    const uint32_t symbols = kAlphabets[data[0] & 7];
+    const uint32_t symbols = kRangeCoderAlphabets[data[0] & 7];
     std::vector<unsigned char> stream;
     if (data[0] & 8) {
         const uint32_t count = static_cast<uint32_t>(size - 1);

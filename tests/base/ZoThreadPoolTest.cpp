@@ -272,6 +272,57 @@ TEST(ZoThreadPoolConcurrentTest, ShutdownWaitsForIdleAndLeavesThePoolUsable)
     EXPECT_TRUE(pool.WaitUntilIdle(sc_uiLongWaitMs));
 }
 
+TEST(ZoThreadPoolConcurrentTest, ShutdownWhileFourSubmittersKeepAddingEndsCleanly)
+{
+    ZoThreadPool& pool = ZoThreadPool::GetInstance();
+    ASSERT_TRUE(pool.WaitUntilIdle(sc_uiLongWaitMs));
+    const int sc_submitters = 4;
+    const int sc_mostTasks = 20000;
+
+    struct Added
+    {
+        ZoSmartPointer<ZoTask> task;
+        std::shared_ptr<std::atomic<int>> runs;
+        bool accepted;
+    };
+    std::vector<std::vector<Added>> added(sc_submitters);
+    std::atomic<bool> stop{false};
+    std::atomic<int> ran{0};
+    std::vector<std::thread> submitters;
+    for (int s = 0; s < sc_submitters; ++s) {
+        submitters.emplace_back([&, s] {
+            added[s].reserve(sc_mostTasks);
+            while (!stop && added[s].size() < static_cast<size_t>(sc_mostTasks)) {
+                auto runs = std::make_shared<std::atomic<int>>(0);
+                ZoSmartPointer<ZoTask> task = makeTask([runs, &ran] {
+                    ++*runs;
+                    ++ran;
+                    return true;
+                });
+                const bool accepted = pool.AddTask(task);
+                added[s].push_back({task, runs, accepted});
+            }
+        });
+    }
+    ASSERT_TRUE(zotest::WaitUntil([&] { return ran.load() > 200; }));
+    // Tiny tasks leave the pool idle often enough for the shutdown to find a moment.
+    EXPECT_TRUE(pool.ShutdownAndWait(sc_uiLongWaitMs));
+    const int before = ran.load();
+    ASSERT_TRUE(zotest::WaitUntil([&] { return ran.load() > before + 200; }))
+        << "the submitters' next tasks start workers again";
+    stop = true;
+    for (std::thread& submitter : submitters)
+        submitter.join();
+    ASSERT_TRUE(pool.WaitUntilIdle(sc_uiLongWaitMs));
+
+    int wrong = 0;
+    for (const std::vector<Added>& list : added)
+        for (const Added& entry : list)
+            wrong += entry.accepted ? entry.runs->load() != 1 || !entry.task->WaitUntilTerminate(0) : entry.runs->load() > 1;
+    EXPECT_EQ(wrong, 0) << "accepted tasks not run exactly once, or refused ones run twice";
+    EXPECT_EQ(pool.GetIdleWorkerCount(), pool.GetWorkerCount());
+}
+
 TEST(ZoThreadPoolConcurrentTest, StressEveryTaskRunsExactlyOnce)
 {
     ZoThreadPool& pool = ZoThreadPool::GetInstance();
