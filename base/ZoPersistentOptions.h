@@ -70,8 +70,8 @@ public:
     static int ReadOption(const CString& key, const CString& name, CString& value, uint32_t maxLength,
                           EPersistentOptionsCategory category);
 
-    // Removes the value (its key stays). 0 when the key or the value does not exist or cannot be
-    // changed, or for an unknown category.
+    /// Removes the value (its key stays). 0 when the key or the value does not exist or cannot be
+    /// changed, or for an unknown category.
     static int DeleteOption(const CString& key, const CString& name, EPersistentOptionsCategory category);
 
 private:
