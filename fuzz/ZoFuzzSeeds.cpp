@@ -341,6 +341,16 @@ void texts()
         seed("ZoVariantFuzz", utf16(CString(text)));
 }
 
+// Edge files as people write them: comments, blank lines, CR LF, tabs, a byte-order mark.
+void edgeFiles()
+{
+    for (const char* text : {"a b 1\nb c 2.5\n", "# roads\r\n\r\nA_1\tB_2\t0.125\r\n", "\xEF\xBB\xBF" "1 2 3\n2 3 4",
+                             "x y 1e3\n  # end\n", "a b -1\n", "a b\n"}) {
+        const std::string bytes(text);
+        seed("ZoEdgeFileFuzz", Bytes(bytes.begin(), bytes.end()));
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -356,6 +366,7 @@ int main(int argc, char** argv)
     files(g_folder + "/seed-scratch.bin");
     codecs();
     texts();
+    edgeFiles();
     std::printf("%d seeds written\n", g_written);
     return 0;
 }
