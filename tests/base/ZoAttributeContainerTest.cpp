@@ -35,35 +35,27 @@ struct Counting
     std::vector<unsigned char*> destroyedAt;
 };
 
-class CountingConstructor : public ZoConstructor
+struct CountingConstructor : ZoConstructor
 {
-public:
     explicit CountingConstructor(Counting& counting) : m_counting(counting) {}
     void Init(unsigned char* memory, uint32_t) const override
     {
-        const uint32_t id = ++m_counting.serial;
-        std::memcpy(memory, &id, 4);
-        m_counting.live.insert(id);
+        std::memcpy(memory, &++m_counting.serial, 4);
+        m_counting.live.insert(m_counting.serial);
     }
-
-private:
     Counting& m_counting;
 };
 
-class CountingDestructor : public ZoDestructor
+struct CountingDestructor : ZoDestructor
 {
-public:
     explicit CountingDestructor(Counting& counting) : m_counting(counting) {}
     void Destroy(unsigned char* memory, uint32_t) const override
     {
         uint32_t id = 0;
         std::memcpy(&id, memory, 4);
         m_counting.destroyedAt.push_back(memory);
-        if (m_counting.live.erase(id) != 1)
-            ++m_counting.badDestructions;
+        m_counting.badDestructions += m_counting.live.erase(id) == 1 ? 0 : 1;
     }
-
-private:
     Counting& m_counting;
 };
 
@@ -86,8 +78,6 @@ public:
     std::vector<Move> moves;
     std::vector<uint32_t> created, emptied;
     std::vector<unsigned char*> records;
-    // The bytes of every held record as they were just before each move.
-    std::vector<std::vector<unsigned char>> bytesBefore;
 
 protected:
     void onElementsMoved(uint32_t c, uint32_t oldSize, const ZoSmartPointer<ZoMemoryBlock>& oldBlock, uint32_t newSize,
@@ -101,11 +91,6 @@ protected:
     void onElementsCreated(uint32_t c, uint32_t, const ZoSmartPointer<ZoMemoryBlock>&) override { created.push_back(c); }
     void onContainerEmptied(uint32_t c) override { emptied.push_back(c); }
 };
-
-uint32_t indexOf(const Definition& definition)
-{
-    return definition->GetIndex();
-}
 
 TEST(ZoAttributeContainerTest, HolesAreFilledBestFitAndTheRemainderStaysAHole)
 {
@@ -136,16 +121,16 @@ TEST(ZoAttributeContainerTest, HolesAreFilledBestFitAndTheRemainderStaysAHole)
     ZoAttributeContainer copy(container);
     Definition early2 = plain(2, 8);
     copy.Assert(0, 0, early2);
-    EXPECT_EQ(indexOf(early2), 8u);
+    EXPECT_EQ(early2->GetIndex(), 8u);
     EXPECT_EQ(holesOf(copy), (std::vector<std::pair<uint32_t, uint32_t>>{{0, 8}, {10, 2}, {12, 4}}));
     // A 4-byte attribute takes the first 4-byte hole exactly.
     Definition x4 = plain(4, 5);
     container.Assert(0, 0, x4);
-    EXPECT_EQ(indexOf(x4), 8u);
+    EXPECT_EQ(x4->GetIndex(), 8u);
     // Now a 2-byte one takes the one hole of 4 left and leaves 2@14.
     Definition y2 = plain(2, 6);
     container.Assert(0, 0, y2);
-    EXPECT_EQ(indexOf(y2), 12u);
+    EXPECT_EQ(y2->GetIndex(), 12u);
     EXPECT_EQ(holesOf(container), (std::vector<std::pair<uint32_t, uint32_t>>{{0, 8}, {14, 2}}));
     // Reusing holes moves no record.
     EXPECT_EQ(container.moves.size(), movesBefore);
@@ -156,30 +141,19 @@ TEST(ZoAttributeContainerTest, HolesAreFilledBestFitAndTheRemainderStaysAHole)
     Definition z16 = plain(16, 7);
     container.Assert(0, 0, z16);
     EXPECT_EQ(container.moves.size(), movesBefore + 1);
-    EXPECT_EQ(indexOf(d4), 0u);
-    EXPECT_EQ(indexOf(x4), 4u);
-    EXPECT_EQ(indexOf(y2), 8u);
-    EXPECT_EQ(indexOf(z16), 10u);
+    EXPECT_EQ(d4->GetIndex(), 0u);
+    EXPECT_EQ(x4->GetIndex(), 4u);
+    EXPECT_EQ(y2->GetIndex(), 8u);
+    EXPECT_EQ(z16->GetIndex(), 10u);
     EXPECT_EQ(container.getElementSize(0), 26u);
     EXPECT_TRUE(container.GetFreeAttributes(0).IsEmpty());
 
-    try {
-        container.GetAttributeDefinition(0, 1);
-        FAIL() << "no exception";
-    } catch (const ZoExceptionContainer& e) {
-        EXPECT_EQ(e.GetCodeLine(), 1011u);
-        EXPECT_EQ(e.GetThrowingMethodName(), CString(u"GetAttributeDefinition"));
-    }
-    for (const auto& arguments : {std::pair<uint32_t, uint32_t>{0, 1}, {1, 0}}) {
-        try {
-            ZoAttributeContainer bad(arguments.first, arguments.second);
-            FAIL() << "no exception";
-        } catch (const ZoExceptionContainer& e) {
-            EXPECT_EQ(e.GetCodeLine(), 38u);
-            EXPECT_EQ(e.GetThrowingMethodName(), CString(u"_ZoAttributeContainer"));
-            EXPECT_EQ(e.GetFileName(), CString(u"..\\base\\ZoAttributeContainer.cpp"));
-        }
-    }
+    zotest::ExpectThrowSite<ZoExceptionContainer>([&] { container.GetAttributeDefinition(0, 1); }, nullptr, "ZoAttributeContainer",
+                                                  "GetAttributeDefinition", 1011);
+    for (const auto& arguments : {std::pair<uint32_t, uint32_t>{0, 1}, {1, 0}})
+        zotest::ExpectThrowSite<ZoExceptionContainer>([&] { ZoAttributeContainer bad(arguments.first, arguments.second); },
+                                                      "..\\base\\ZoAttributeContainer.cpp", "ZoAttributeContainer",
+                                                      "_ZoAttributeContainer", 38);
 }
 
 TEST(ZoAttributeContainerTest, ListsFillHolesSmallestFirstAndEnlargeOnceForTheRest)
@@ -211,7 +185,7 @@ TEST(ZoAttributeContainerTest, ListsFillHolesSmallestFirstAndEnlargeOnceForTheRe
     std::set<uint32_t> bytes;
     for (const Definition& definition : {keep, one, two, three, big})
         for (uint32_t i = 0; i < definition->GetElementSize(); ++i)
-            EXPECT_TRUE(bytes.insert(indexOf(definition) + i).second) << "overlap at " << indexOf(definition) + i;
+            EXPECT_TRUE(bytes.insert(definition->GetIndex() + i).second) << "overlap at " << definition->GetIndex() + i;
 }
 
 TEST(ZoAttributeContainerTest, MovesCarryOldAndNewBlocksAndReleasedRecordsAreReusedLastFirst)
@@ -226,10 +200,8 @@ TEST(ZoAttributeContainerTest, MovesCarryOldAndNewBlocksAndReleasedRecordsAreReu
         std::memcpy(container.GetData(container.records.back(), *value), &stored, 4);
     }
     ASSERT_FALSE(container.moves.empty());
-    for (const Recording::Move& move : container.moves) {
-        EXPECT_EQ(move.c, 1u);
-        ASSERT_FALSE(move.newBlock.IsNull());
-    }
+    for (const Recording::Move& move : container.moves)
+        ASSERT_TRUE(move.c == 1u && !move.newBlock.IsNull());
     // Enlarging copies each record into a new block; the old block still holds the old records.
     const size_t movesBefore = container.moves.size();
     container.Assert(1, 0, other);
@@ -327,21 +299,17 @@ TEST(ZoAttributeContainerTest, EveryConstructedAttributeIsDestroyedOnce)
     EXPECT_EQ(counting.badDestructions, 0);
 }
 
-TEST(ZoAttributeContainerTest, ReleaseElementHandsEveryDestructorTheRecordStart)
+TEST(ZoAttributeContainerTest, ReleaseHandsDestructorsTheRecordStartAndCopiesKeepRecordsAndParameters)
 {
     Counting counting;
-    ZoAttributeContainer container(1, 10);
-    Definition first = counted(counting, 4, 1), second = counted(counting, 4, 2);
-    container.Assert(0, 0, first);
-    container.Assert(0, 0, second);
-    unsigned char* record = container.CreateElement(0);
+    ZoAttributeContainer destroying(1, 10);
+    destroying.Assert(0, 0, counted(counting, 4, 1));
+    destroying.Assert(0, 0, counted(counting, 4, 2));
+    unsigned char* first = destroying.CreateElement(0);
     counting.destroyedAt.clear();
-    container.ReleaseElement(0, record);
-    EXPECT_EQ(counting.destroyedAt, (std::vector<unsigned char*>{record, record}));
-}
+    destroying.ReleaseElement(0, first);
+    EXPECT_EQ(counting.destroyedAt, (std::vector<unsigned char*>{first, first}));
 
-TEST(ZoAttributeContainerTest, ParametersAndCopies)
-{
     EXPECT_NE(ZoRTTI::Find(u"ZoAttributeParameter"), nullptr);
     ZoAttributeParameter parameter;
     EXPECT_TRUE(parameter.IsValid());
@@ -349,10 +317,8 @@ TEST(ZoAttributeContainerTest, ParametersAndCopies)
     ZoStreamWriteBinaryMemory written;
     parameter.Serialize(written);
     EXPECT_EQ(written.GetBuffer(), zotest::Bytes({0, 0, 0, 0}));
-    const unsigned char newer[] = {1, 0, 0, 0};
-    ZoStreamReadBinaryMemory reader(newer, sizeof(newer));
-    EXPECT_THROW(parameter.Serialize(reader), ZoExceptionWrongFileVersion);
-
+    ZoStreamReadBinaryMemory newer(zotest::Bytes({1, 0, 0, 0}));
+    EXPECT_THROW(parameter.Serialize(newer), ZoExceptionWrongFileVersion);
     ZoAttributeContainer container(1, 10);
     Definition value = plain(4, 9);
     container.Assert(0, 0, value);

@@ -17,22 +17,14 @@ class Counted
 public:
     struct Counts
     {
-        int defaults = 0;
-        int values = 0;
-        int copies = 0;
-        int assignments = 0;
-        int destructions = 0;
-        int Live() const { return defaults + values + copies - destructions; }
+        int defaults = 0, values = 0, copies = 0, assignments = 0, destructions = 0;
         int Constructions() const { return defaults + values + copies; }
+        int Live() const { return Constructions() - destructions; }
     };
 
     Counted() : m_value(0), m_magic(kAlive) { ++counts().defaults; }
     Counted(int value) : m_value(value), m_magic(kAlive) { ++counts().values; }
-    Counted(const Counted& other) : m_value(other.m_value), m_magic(kAlive)
-    {
-        other.check("copied from");
-        ++counts().copies;
-    }
+    Counted(const Counted& other) : m_value(other.m_value), m_magic(kAlive) { other.check("copied from"); ++counts().copies; }
     Counted& operator=(const Counted& other)
     {
         check("assigned to");
@@ -41,16 +33,10 @@ public:
         ++counts().assignments;
         return *this;
     }
-    ~Counted()
-    {
-        check("destroyed");
-        m_magic = kDead;
-        ++counts().destructions;
-    }
+    ~Counted() { check("destroyed"); m_magic = kDead; ++counts().destructions; }
 
     int Value() const { return m_value; }
     bool operator==(const Counted& other) const { return m_value == other.m_value; }
-
     static Counts& counts()
     {
         static Counts all;
@@ -59,8 +45,7 @@ public:
     static void ResetCounts() { counts() = Counts(); }
 
 private:
-    static const uint32_t kAlive = 0xA11CEu;
-    static const uint32_t kDead = 0xDEADu;
+    static const uint32_t kAlive = 0xA11CEu, kDead = 0xDEADu;
     void check(const char* what) const
     {
         if (m_magic != kAlive)

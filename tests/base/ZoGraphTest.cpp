@@ -25,17 +25,10 @@ std::vector<ZoGraphNode*> addNodes(ZoGraph& graph, const std::string& names)
     return nodes;
 }
 
-CString dump(ZoGraph& graph)
+CString dump(ZoGraph& graph, int dot, int directed = 0)
 {
     ZoStreamWriteASCIIString text;
-    graph.Dump(text);
-    return text.GetText();
-}
-
-CString dumpDot(const ZoGraph& graph, int directed)
-{
-    ZoStreamWriteASCIIString text;
-    graph.DumpDot(text, directed);
+    dot ? graph.DumpDot(text, directed) : graph.Dump(text);
     return text.GetText();
 }
 
@@ -50,20 +43,21 @@ std::vector<float> outgoingWeights(const ZoGraphNode& node)
 TEST(ZoGraphTest, DumpsAreExact)
 {
     ZoGraph graph;
-    EXPECT_EQ(dump(graph), CString(u"\nDer Graph enth\u00e4lt 0 Knoten\n\n\n"));
-    EXPECT_EQ(dumpDot(graph, 0), CString(u"graph G {\r\n}\r\n"));
-    EXPECT_EQ(dumpDot(graph, 1), CString(u"digraph G {\r\n}\r\n"));
+    EXPECT_EQ(dump(graph, 0), CString(u"\nDer Graph enth\u00e4lt 0 Knoten\n\n\n"));
+    EXPECT_EQ(dump(graph, 1, 0), CString(u"graph G {\r\n}\r\n"));
+    EXPECT_EQ(dump(graph, 1, 1), CString(u"digraph G {\r\n}\r\n"));
 
     std::vector<ZoGraphNode*> n = addNodes(graph, "abc");
     n[0]->AddConnection(*n[1], 2.5f);
     n[1]->AddConnection(*n[0], 1.0f); // the opposite connection
     n[2]->AddConnection(*n[2], 0.25f); // a self-loop
-    EXPECT_EQ(dump(graph), CString(u"\nDer Graph enth\u00e4lt 3 Knoten\n\n"
+    EXPECT_EQ(dump(graph, 0), CString(u"\nDer Graph enth\u00e4lt 3 Knoten\n\n"
                                    u"Knoten 0:\n\tVerbindung zu Knoten 1 mit Gewicht 2.500000\n"
                                    u"Knoten 1:\n\tVerbindung zu Knoten 0 mit Gewicht 1.000000\n"
                                    u"Knoten 2:\n\tVerbindung zu Knoten 2 mit Gewicht 0.250000\n\n"));
-    EXPECT_EQ(dumpDot(graph, 0), CString(u"graph G {\r\na -- b [label = \"2.500000\"];\r\nc -- c [label = \"0.250000\"];\r\n}\r\n"));
-    EXPECT_EQ(dumpDot(graph, 1), CString(u"digraph G {\r\na -> b [label = \"2.500000\"];\r\nb -> a [label = \"1.000000\"];\r\n"
+    const std::string undirected = "graph G {\r\na -- b [label = \"2.500000\"];\r\nc -- c [label = \"0.250000\"];\r\n}\r\n";
+    EXPECT_EQ(dump(graph, 1, 0), CString(undirected));
+    EXPECT_EQ(dump(graph, 1, 1), CString(u"digraph G {\r\na -> b [label = \"2.500000\"];\r\nb -> a [label = \"1.000000\"];\r\n"
                                          u"c -> c [label = \"0.250000\"];\r\n}\r\n"));
 
     // Through a file the line ends stay CR LF, byte for byte.
@@ -72,8 +66,7 @@ TEST(ZoGraphTest, DumpsAreExact)
         ZoStreamWriteASCIIFile file(folder.CPath("g.dot"));
         graph.DumpDot(file, 0);
     }
-    const std::string expected = "graph G {\r\na -- b [label = \"2.500000\"];\r\nc -- c [label = \"0.250000\"];\r\n}\r\n";
-    EXPECT_EQ(zotest::ReadBytes(folder.Path("g.dot")), std::vector<unsigned char>(expected.begin(), expected.end()));
+    EXPECT_EQ(zotest::ReadBytes(folder.Path("g.dot")), std::vector<unsigned char>(undirected.begin(), undirected.end()));
 }
 
 TEST(ZoGraphTest, ConnectionsStaySortedAndNodesTakeTheirConnectionsAlong)
@@ -113,7 +106,7 @@ TEST(ZoGraphTest, ConnectionsStaySortedAndNodesTakeTheirConnectionsAlong)
 
     // A copy is deep; the original's nodes are untouched by changes to it.
     ZoGraph copy(graph);
-    EXPECT_EQ(dump(copy), dump(graph));
+    EXPECT_EQ(dump(copy, 0), dump(graph, 0));
     ZoGraphIterator it(copy);
     ZoGraphNode& copiedA = it.GetNext();
     EXPECT_NE(&copiedA, n[0]);
@@ -121,7 +114,7 @@ TEST(ZoGraphTest, ConnectionsStaySortedAndNodesTakeTheirConnectionsAlong)
     EXPECT_EQ(n[0]->GetOutgoingConnections().GetCount(), 3u);
     ZoGraph assigned;
     assigned = graph;
-    EXPECT_EQ(dumpDot(assigned, 1), dumpDot(graph, 1));
+    EXPECT_EQ(dump(assigned, 1, 1), dump(graph, 1, 1));
     int visited = 0;
     for (it.Restart(); it.HasMoreElements(); it.GetNext())
         ++visited;

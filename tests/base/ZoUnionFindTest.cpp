@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -49,8 +51,7 @@ TEST(ZoUnionFindTest, RandomPairsMatchAReachabilityModel)
     const uint32_t count = 300;
     ZoUnionFind sets(count);
     std::vector<uint32_t> label(count);
-    for (uint32_t i = 0; i < count; ++i)
-        label[i] = i;
+    std::iota(label.begin(), label.end(), 0u);
     for (int pair = 0; pair < 200; ++pair) {
         const uint32_t a = random() % count, b = random() % count;
         sets.AddPair(a, b);
@@ -59,10 +60,7 @@ TEST(ZoUnionFindTest, RandomPairsMatchAReachabilityModel)
             if (l == from)
                 l = to;
         // The root of every set stays its smallest element.
-        uint32_t smallest = count;
-        for (uint32_t i = 0; i < count; ++i)
-            if (label[i] == label[a] && i < smallest)
-                smallest = i;
+        const uint32_t smallest = static_cast<uint32_t>(std::find(label.begin(), label.end(), to) - label.begin());
         ASSERT_EQ(sets.GetRoot(b), smallest);
     }
     // Model numbering: sets in the order of their smallest element.
@@ -83,13 +81,13 @@ TEST(ZoPermutationTableTest, NumbersValuesInOrderOfFirstOccurrence)
     const uint32_t values[] = {2, 0, 2, 1};
     const ZoPermutationTable table(values, 4);
     EXPECT_EQ(table.GetNumUniqueEntries(), 3u);
-    EXPECT_EQ(table.GetUnique(2), 0u);
-    EXPECT_EQ(table.GetUnique(0), 1u);
-    EXPECT_EQ(table.GetUnique(1), 2u);
-    EXPECT_EQ(table.GetUnique(3), 0xFFFFFFFFu); // absent from the input
-    EXPECT_EQ(table.GetOriginal(0), 2u);
-    EXPECT_EQ(table.GetOriginal(1), 0u);
-    EXPECT_EQ(table.GetOriginal(2), 1u);
+    const uint32_t unique[] = {1, 2, 0, 0xFFFFFFFFu}, original[] = {2, 0, 1}; // 3 is absent from the input
+    for (uint32_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(table.GetUnique(i), unique[i]) << i;
+        if (i < 3) {
+            EXPECT_EQ(table.GetOriginal(i), original[i]) << i;
+        }
+    }
 
     // Copies share the tables; destroying them in any order is safe (the sanitizer build watches).
     auto* copy = new ZoPermutationTable(table);
