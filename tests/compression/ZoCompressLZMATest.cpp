@@ -28,11 +28,6 @@ const char16_t sc_libraryPath[] = u"./MepCompress.dll";
 const char16_t sc_libraryPath[] = u"./libMepCompress.so";
 #endif
 
-bool untouched(const Bytes& buffer, size_t from)
-{
-    return std::all_of(buffer.begin() + static_cast<std::ptrdiff_t>(from), buffer.end(), [](unsigned char b) { return b == 0xA5; });
-}
-
 class MepCompressTest : public ::testing::Test
 {
 protected:
@@ -51,35 +46,17 @@ protected:
         if (m_library != nullptr)
             ZoOS::FreeDynamicLibrary(m_library);
     }
-    Bytes Compress(const Bytes& data)
-    {
-        Bytes output(data.size() + 1000);
-        const unsigned char* input = data.data();
-        unsigned char* target = output.data();
-        uint32_t size = static_cast<uint32_t>(output.size());
-        EXPECT_EQ(m_compress(&input, &target, static_cast<uint32_t>(data.size()), &size, 0), 0);
-        output.resize(size);
-        return output;
-    }
-    // The status of a size query; `size` receives the answer.
-    int32_t SizeQuery(const Bytes& input, uint32_t& size)
-    {
-        const unsigned char* source = input.data();
-        unsigned char* noBuffer = nullptr;
-        size = 12345;
-        return m_decompress(&source, &noBuffer, static_cast<uint32_t>(input.size()), &size, 0);
-    }
-    // Decompresses into `room` bytes followed by guard bytes that must survive.
-    int32_t Decompress(const Bytes& input, uint32_t room, Bytes& output)
+    // Calls `entry` with `room` bytes of output (or a null buffer: the size query) followed by
+    // guard bytes that must survive; `size` and `output` receive what it reports.
+    int32_t Call(Entry entry, const Bytes& input, uint32_t room, uint32_t& size, Bytes& output, bool query = false)
     {
         Bytes buffer(room + 64, 0xA5);
         const unsigned char* source = input.data();
-        unsigned char* target = buffer.data();
-        uint32_t size = room;
-        const int32_t status = m_decompress(&source, &target, static_cast<uint32_t>(input.size()), &size, 0);
-        EXPECT_TRUE(untouched(buffer, room));
-        EXPECT_LE(size, room);
-        output.assign(buffer.begin(), buffer.begin() + size);
+        unsigned char* target = query ? nullptr : buffer.data();
+        size = room;
+        const int32_t status = entry(&source, &target, static_cast<uint32_t>(input.size()), &size, 0);
+        EXPECT_TRUE(std::all_of(buffer.begin() + room, buffer.end(), [](unsigned char b) { return b == 0xA5; }));
+        output.assign(buffer.begin(), buffer.begin() + std::min(size, room));
         return status;
     }
 
@@ -93,40 +70,37 @@ protected:
 TEST_F(MepCompressTest, SizeQueryAndRoom)
 {
     const Bytes data = CodecTest::RandomBytes(50000, 2);
-    Bytes packed = Compress(data);
-    Bytes output;
-    EXPECT_GT(Decompress(packed, 49999, output), 0);
-    EXPECT_GT(Decompress(packed, 0, output), 0);
-    EXPECT_EQ(Decompress(packed, 60000, output), 0);
-    EXPECT_TRUE(output == data);
+    Bytes packed, output;
+    uint32_t size = 0;
+    ASSERT_EQ(Call(m_compress, data, 51000, size, packed), 0);
     for (uint32_t room : {0u, 12u, 13u, 100u, 49999u}) {
         SCOPED_TRACE(room);
-        Bytes buffer(room + 64, 0xA5);
-        const unsigned char* input = data.data();
-        unsigned char* target = buffer.data();
-        uint32_t size = room;
-        EXPECT_GT(m_compress(&input, &target, 50000, &size, 0), 0);
+        EXPECT_GT(Call(m_compress, data, room, size, output), 0);
         EXPECT_EQ(size, 0u);
-        EXPECT_TRUE(untouched(buffer, room));
+        EXPECT_GT(Call(m_decompress, packed, room, size, output), 0);
+        EXPECT_EQ(size, 0u);
     }
-    uint32_t size = 0;
+    EXPECT_EQ(Call(m_decompress, packed, 60000, size, output), 0);
+    EXPECT_TRUE(output == data);
     std::memset(packed.data() + 13, 0x77, packed.size() - 13); // the payload is not looked at
-    EXPECT_EQ(SizeQuery(packed, size), -1);
+    EXPECT_EQ(Call(m_decompress, packed, 0, size, output, true), -1);
     EXPECT_EQ(size, 50000u);
-    EXPECT_GT(Decompress(packed, size, output), 0);
+    EXPECT_GT(Call(m_decompress, packed, 50000, size, output), 0);
 }
 
 // Headers that cannot be true are damage, answered with a positive status (never the size
 // query's -1), so that no caller allocates what the header claims.
 TEST_F(MepCompressTest, ImpossibleHeadersAndNullArgumentsAreRefused)
 {
-    const Bytes sound = Compress(CodecTest::MixedBytes(3000, 1));
+    Bytes sound, output;
+    uint32_t size = 0;
+    ASSERT_EQ(Call(m_compress, CodecTest::MixedBytes(3000, 1), 4000, size, sound), 0);
     const uint64_t payload = sound.size() - 13;
-    auto with = [&](uint64_t size, unsigned char properties = 0x5D) {
+    auto with = [&](uint64_t claimed, unsigned char properties = 0x5D) {
         Bytes header = sound;
         header[0] = properties;
         for (int i = 0; i < 8; ++i)
-            header[5 + i] = static_cast<unsigned char>(size >> (8 * i));
+            header[5 + i] = static_cast<unsigned char>(claimed >> (8 * i));
         return header;
     };
     Bytes headerOnly = with(1);
@@ -143,13 +117,10 @@ TEST_F(MepCompressTest, ImpossibleHeadersAndNullArgumentsAreRefused)
     };
     for (const auto& [name, input] : cases) {
         SCOPED_TRACE(name);
-        uint32_t size = 0;
-        EXPECT_GT(SizeQuery(input, size), 0);
-        Bytes output;
-        EXPECT_GT(Decompress(input, 4096, output), 0);
+        EXPECT_GT(Call(m_decompress, input, 0, size, output, true), 0);
+        EXPECT_GT(Call(m_decompress, input, 4096, size, output), 0);
     }
-    uint32_t size = 0;
-    EXPECT_EQ(SizeQuery(with(payload * 8192), size), -1) << "the limit itself is a size";
+    EXPECT_EQ(Call(m_decompress, with(payload * 8192), 0, size, output, true), -1) << "the limit itself is a size";
     EXPECT_EQ(size, payload * 8192);
 
     const unsigned char* input = sound.data();
