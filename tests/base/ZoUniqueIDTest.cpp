@@ -1,4 +1,3 @@
-#include "base/ZoException.h"
 #include "base/ZoUniqueID.h"
 
 #include "ZoTestChildProcess.h"
@@ -12,16 +11,16 @@
 
 namespace {
 
+const int sc_perThread = 25000;
+
 // 8-4-4-4-12 upper-case hexadecimal digits; the library's own generator also marks version 1 and
 // variant 10xx (wine's leaves the variant bits as the clock sequence has them).
 void expectWellFormed(const std::string& id)
 {
     ASSERT_EQ(id.size(), 36u) << id;
     for (size_t i = 0; i < id.size(); ++i) {
-        if (i == 8 || i == 13 || i == 18 || i == 23)
-            EXPECT_EQ(id[i], '-') << id;
-        else
-            EXPECT_TRUE((id[i] >= '0' && id[i] <= '9') || (id[i] >= 'A' && id[i] <= 'F')) << id;
+        const bool dash = i == 8 || i == 13 || i == 18 || i == 23;
+        EXPECT_TRUE(dash ? id[i] == '-' : (id[i] >= '0' && id[i] <= '9') || (id[i] >= 'A' && id[i] <= 'F')) << id;
     }
 #if !defined(_WIN32)
     EXPECT_EQ(id[14], '1') << id;
@@ -29,13 +28,10 @@ void expectWellFormed(const std::string& id)
 #endif
 }
 
-const int sc_perThread = 25000;
-
-std::vector<std::string> makeMany(int count)
+std::vector<std::string> makeMany()
 {
     std::vector<std::string> ids;
-    ids.reserve(static_cast<size_t>(count));
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < sc_perThread; ++i)
         ids.push_back(ZoUniqueID::GetUniqueID().ToUtf8());
     return ids;
 }
@@ -45,12 +41,12 @@ TEST(ZoUniqueIDTest, ConcurrentThreadsGetDistinctWellFormedIdentifiers)
     std::vector<std::vector<std::string>> perThread(4);
     std::vector<std::thread> threads;
     for (auto& ids : perThread)
-        threads.emplace_back([&ids] { ids = makeMany(sc_perThread); });
-    for (auto& thread : threads)
-        thread.join();
+        threads.emplace_back([&ids] { ids = makeMany(); });
     std::set<std::string> all;
-    for (const auto& ids : perThread)
-        all.insert(ids.begin(), ids.end());
+    for (size_t i = 0; i < threads.size(); ++i) {
+        threads[i].join();
+        all.insert(perThread[i].begin(), perThread[i].end());
+    }
     EXPECT_EQ(all.size(), 4u * sc_perThread);
     expectWellFormed(*all.begin());
     expectWellFormed(*all.rbegin());
@@ -60,9 +56,8 @@ TEST(ZoUniqueIDTest, ConcurrentThreadsGetDistinctWellFormedIdentifiers)
 TEST(ZoUniqueIDTest, DISABLED_ChildWritesIdentifiers)
 {
     ASSERT_NE(zotest::ChildArgument(), nullptr);
-    const std::string path = std::string(zotest::ChildArgument()) + "/ids-" + std::to_string(zotest::CurrentProcessId());
-    std::ofstream out(path);
-    for (const std::string& id : makeMany(sc_perThread))
+    std::ofstream out(std::string(zotest::ChildArgument()) + "/ids-" + std::to_string(zotest::CurrentProcessId()));
+    for (const std::string& id : makeMany())
         out << id << '\n';
 }
 
@@ -84,19 +79,14 @@ TEST(ZoUniqueIDTest, TwoProcessesAtOnceGetDistinctIdentifiers)
         child.join();
     ASSERT_EQ(results, std::vector<int>({0, 0}));
     std::set<std::string> all;
-    size_t files = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
-        if (entry.path().filename().string().rfind("ids-", 0) != 0)
-            continue;
-        ++files;
         std::ifstream in(entry.path());
-        for (std::string line; std::getline(in, line);) {
+        for (std::string line; entry.path().filename().string().rfind("ids-", 0) == 0 && std::getline(in, line);) {
             expectWellFormed(line);
             all.insert(line);
         }
     }
-    EXPECT_EQ(files, 2u);
-    EXPECT_EQ(all.size(), 2u * sc_perThread);
+    EXPECT_EQ(all.size(), 2u * sc_perThread) << "two files of distinct identifiers";
 }
 
 } // namespace

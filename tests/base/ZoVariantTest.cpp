@@ -28,10 +28,7 @@ std::string outcome(const std::function<std::string()>& operation)
     }
 }
 
-std::string number(double value)
-{
-    return CString::Formatted(u"%.9g", value).ToUtf8();
-}
+std::string number(double value) { return CString::Formatted(u"%.9g", value).ToUtf8(); }
 
 // One column per conversion of the table.
 std::vector<std::string> conversions(const ZoVariant& v)
@@ -110,16 +107,14 @@ std::string fingerprint(const ZoVariant& v)
 
 TEST(ZoVariant, ConvertToMatchesTheTableOrLeavesTheValue)
 {
-    const ZoVariant sources[] = {ZoVariant(),        ZoVariant(true),         ZoVariant(-7),
-                                 ZoVariant(int64_t(5)), ZoVariant(9u),        ZoVariant(2.5f),
-                                 ZoVariant(2.5),     ZoVariant('x'),          ZoVariant(u"2008-02-29 13:05:09"),
-                                 ZoVariant(u"12"),   ZoVariant(Blob(1, 9)),   ZoVariant(sampleDate()),
-                                 ZoVariant(ZoColor::c_RED)};
+    const ZoVariant sources[] = {ZoVariant(), ZoVariant(true), ZoVariant(-7), ZoVariant(int64_t(5)), ZoVariant(9u),
+                                 ZoVariant(2.5f), ZoVariant(2.5), ZoVariant('x'), ZoVariant(u"2008-02-29 13:05:09"),
+                                 ZoVariant(u"12"), ZoVariant(Blob(1, 9)), ZoVariant(sampleDate()), ZoVariant(ZoColor::c_RED)};
     for (const ZoVariant& source : sources) {
         for (uint32_t target = 0; target <= 12; ++target) {
             ZoVariant value;
             if (source.GetType() == ZoVariant::eTypeDouble)
-                value = 2.5;
+                value = 2.5; // a double variant cannot be copied
             else
                 value = source;
             const std::string before = fingerprint(value);

@@ -32,6 +32,15 @@
 #define ZO_REQUIRE_LIBRARY_SEARCH_BY_PATH_ONLY() static_cast<void>(0)
 #endif
 
+// Sanitizer builds reserve terabytes of address space, so a test cannot cap it.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define ZO_TEST_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define ZO_TEST_SANITIZED 1
+#endif
+#endif
+
 namespace CodecTest {
 
 typedef std::vector<unsigned char> Bytes;
@@ -86,9 +95,6 @@ public:
         std::error_code ignored;
         std::filesystem::current_path(m_previous, ignored);
     }
-    ScopedCurrentFolder(const ScopedCurrentFolder&) = delete;
-    ScopedCurrentFolder& operator=(const ScopedCurrentFolder&) = delete;
-
     std::filesystem::path Folder() const { return m_folder.Path(); }
 
 private:
@@ -96,13 +102,12 @@ private:
     zotest::TempFolder m_folder;
 };
 
-// The file of a shared library the process has loaded whose name contains `fragment`; empty when
-// none is found or the system does not list them (/proc/self/maps is Linux's list).
+// The file of a loaded shared library whose name contains `fragment`; empty when none is found or
+// the system does not list them (/proc/self/maps is Linux's list).
 inline std::string LoadedLibraryPath(const std::string& fragment)
 {
     std::ifstream maps("/proc/self/maps");
-    std::string line;
-    while (std::getline(maps, line)) {
+    for (std::string line; std::getline(maps, line);) {
         const size_t slash = line.find('/');
         if (slash != std::string::npos && line.find(fragment, slash) != std::string::npos)
             return line.substr(slash);

@@ -20,18 +20,12 @@
 
 namespace {
 
-uint32_t bitsOf(float value)
+template <class To, class From>
+To cast(From from)
 {
-    uint32_t bits = 0;
-    std::memcpy(&bits, &value, 4);
-    return bits;
-}
-
-float floatOf(uint32_t bits)
-{
-    float value = 0;
-    std::memcpy(&value, &bits, 4);
-    return value;
+    To to;
+    std::memcpy(&to, &from, 4);
+    return to;
 }
 
 TEST(ZoStreamPredictiveCoderTest, DifferencesBecomeMagnitudeSymbolsAndRawBits)
@@ -109,7 +103,7 @@ TEST(ZoStreamPredictiveCoderTest, FloatsRoundTrip)
     float smooth = 0;
     for (int i = 0; i < 20000; ++i) {
         smooth += std::sin(i * 0.01f) * 0.01f;
-        patterns.push_back(i % 50 == 0 ? static_cast<uint32_t>(random()) : bitsOf(smooth));
+        patterns.push_back(i % 50 == 0 ? static_cast<uint32_t>(random()) : cast<uint32_t>(smooth));
     }
     ZoStreamWriteBinaryMemory target;
     const ZoFloatingPointQuantizationUniform grid(-10.0f, 10.0f, 1000.0f);
@@ -117,8 +111,8 @@ TEST(ZoStreamPredictiveCoderTest, FloatsRoundTrip)
         ZoStreamWriteCompressedFloatingPoint lossless(target, 4096);
         float previous = 0;
         for (uint32_t bits : patterns) {
-            lossless.WriteValue(floatOf(bits), previous);
-            previous = floatOf(bits);
+            lossless.WriteValue(cast<float>(bits), previous);
+            previous = cast<float>(bits);
         }
     }
     {
@@ -131,7 +125,7 @@ TEST(ZoStreamPredictiveCoderTest, FloatsRoundTrip)
     float previous = 0;
     for (size_t i = 0; i < patterns.size(); ++i) {
         const float value = lossless.ReadValue(previous);
-        ASSERT_EQ(bitsOf(value), patterns[i]) << "value " << i << ", seed " << seed;
+        ASSERT_EQ(cast<uint32_t>(value), patterns[i]) << "value " << i << ", seed " << seed;
         previous = value;
     }
     ZoStreamReadCompressedFloatingPoint quantized(source, const_cast<ZoFloatingPointQuantizationUniform&>(grid), 0);
