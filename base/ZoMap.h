@@ -46,6 +46,9 @@ inline uint32_t ZoHashKey(Pointee* key)
     return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(key) >> 4);
 }
 
+/// ZoMap's `Flags` bit for a bucket table that keeps the size it was given.
+const int ZoMapFixedBucketCount = 0x01;
+
 /// ZoMap<Key, Value, flags>: a chained hash map. The bucket table is a ZoArray of association
 /// pointers (17 buckets unless chosen otherwise); associations come from a ZoPlexManager, so inserting
 /// allocates no memory of its own most of the time. A new association goes to the front of its
@@ -56,11 +59,12 @@ inline uint32_t ZoHashKey(Pointee* key)
 /// modulo the bucket count. Iteration visits buckets in order and each chain from its head.
 ///
 /// The bucket table is made on the first insertion (or at construction when asked) and released when
-/// the last association is removed. When the associations outnumber the buckets four to one the
-/// table grows to 2n + 1 buckets and the chains are relinked (no association moves in memory), so a
-/// map that outgrows its 17 buckets keeps short chains; a table released on emptying starts again at
-/// the size it was given. Positions are opaque: a position is an association, null at the
-/// end. Not synchronised.
+/// the last association is removed. When the associations outnumber the buckets the table grows to
+/// 2n + 1 buckets and the chains are relinked (no association moves in memory), so a lookup walks
+/// about one association whatever the map holds; a table released on emptying starts again at the
+/// size it was given. With `Flags` holding ZoMapFixedBucketCount the table never grows: for maps
+/// whose bucket order is a rule of their owner (the thread pool serves submitters in that order).
+/// Positions are opaque: a position is an association, null at the end. Not synchronised.
 /// @ingroup containers
 template <class Key, class Value, int Flags = 0>
 class ZO_TEMPLATE_API ZoMap
@@ -252,7 +256,9 @@ private:
         association->next = m_buckets[bucket];
         m_buckets[bucket] = association;
         ++m_count;
-        if (m_count / 4 > m_bucketCount && m_bucketCount < 0x7FFFFFFFu)
+        // One association per bucket at most, as the standard unordered map keeps it: with four a
+        // lookup of a 32-bit key walked twice as far and lost to it.
+        if ((Flags & ZoMapFixedBucketCount) == 0 && m_count > m_bucketCount && m_bucketCount < 0x7FFFFFFFu)
             rehash(m_bucketCount * 2 + 1);
         return association;
     }

@@ -97,7 +97,7 @@ ZoThreadPool::~ZoThreadPool()
     {
         ZoCriticalSectionAuto guard(m_lock);
     }
-    for (ZoMap<uint32_t, ThreadData*>::Position position = m_submitters.GetStartPosition(); position != nullptr;) {
+    for (SubmitterMap::Position position = m_submitters.GetStartPosition(); position != nullptr;) {
         uint32_t submitter = 0;
         ThreadData* data = nullptr;
         m_submitters.GetNextAssoc(position, submitter, data);
@@ -232,7 +232,7 @@ void ZoThreadPool::considerIdleWorker(WorkerThread& worker)
         }
     }
     // Then anybody below the limit, in the map's bucket order.
-    for (ZoMap<uint32_t, ThreadData*>::Position position = m_submitters.GetStartPosition(); position != nullptr;) {
+    for (SubmitterMap::Position position = m_submitters.GetStartPosition(); position != nullptr;) {
         uint32_t submitter = 0;
         ThreadData* data = nullptr;
         m_submitters.GetNextAssoc(position, submitter, data);

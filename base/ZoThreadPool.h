@@ -129,8 +129,10 @@ private:
     ZoList<uint32_t, 0x21> m_waitingSubmitters;
     ZoEvent m_idleEvent;
     /// The values are held by pointer so that the pool can walk the map in bucket order without
-    /// copying a submitter's queue.
-    ZoMap<uint32_t, ThreadData*> m_submitters;
+    /// copying a submitter's queue. Its 17 buckets never grow: that order decides who is served
+    /// next once the waiting submitters are served.
+    typedef ZoMap<uint32_t, ThreadData*, ZoMapFixedBucketCount> SubmitterMap;
+    SubmitterMap m_submitters;
     /// Shared by the task lists of all submitters.
     ZoSmartPointer<TaskList::PlexManager> m_taskNodes;
 };
