@@ -158,7 +158,13 @@ TEST(ZoMapGrowthTest, TheTableGrowsWithTheMapAndStartsOverWhenEmptied)
     ZoMap<CString, uint32_t> map;
     for (uint32_t i = 0; i < 1000; ++i)
         map[CString::Formatted(u"name%d", i)] = i;
-    EXPECT_GT(map.GetHashTableSize(), 1000u / 4);
+    // 17 -> 35 -> ... -> 575 buckets, then 1151 once the 576th key makes more keys than buckets.
+    EXPECT_EQ(map.GetHashTableSize(), 1151u);
+    ZoMap<uint32_t, int, ZoMapFixedBucketCount> fixed;
+    for (uint32_t i = 0; i < 1000; ++i)
+        fixed[i << 4] = 1;
+    EXPECT_EQ(fixed.GetHashTableSize(), 17u);
+    EXPECT_EQ(fixed.GetCount(), 1000u);
     for (uint32_t i = 0; i < 1000; ++i) {
         const uint32_t* value = map.Find(CString::Formatted(u"name%d", i));
         ASSERT_NE(value, nullptr);
