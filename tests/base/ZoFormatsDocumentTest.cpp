@@ -95,10 +95,8 @@ std::string hexText(const Bytes& bytes, size_t from = 0, size_t count = SIZE_MAX
 {
     std::string text;
     char byte[4];
-    for (size_t i = from; i < bytes.size() && i - from < count; ++i) {
-        std::snprintf(byte, sizeof byte, i == from ? "%02X" : " %02X", bytes[i]);
-        text += byte;
-    }
+    for (size_t i = from; i < bytes.size() && i - from < count; ++i)
+        text += (std::snprintf(byte, sizeof byte, i == from ? "%02X" : " %02X", bytes[i]), byte);
     return "[" + text + "]";
 }
 
@@ -315,12 +313,10 @@ const std::vector<Entry>& entries()
                  [](ZoStreamReadBinary& in) { return describe(in.ReadAndCompareVersion(2)); }),
         serialized<ZoArray<unsigned char, 0>>("byte-array", "[0A 0B 0C]",
                                               [](auto& array) { array.Add(0x0A), array.Add(0x0B), array.Add(0x0C); }),
-        onStream("byte-array-unversioned", "[0A 0B 0C]", nullptr,
-                 [](ZoStreamReadBinary& in) {
-                     ZoArray<unsigned char, 0> array;
-                     array.Serialize(in);
-                     return hexText(Bytes(array.GetData(), array.GetData() + array.GetCount()));
-                 }),
+        onStream("byte-array-unversioned", "[0A 0B 0C]", nullptr, [](ZoStreamReadBinary& in) {
+            ZoArray<unsigned char, 0> array;
+            return array.Serialize(in), hexText(Bytes(array.GetData(), array.GetData() + array.GetCount()));
+        }),
         serialized<ZoArrayDynamicSize>("array-dynamic-size", "element size 3: [01 02 03] [04 05 06]", [](auto& array) {
             array.SetElementSize(3, 0);
             array.SetElementCount(2, 0);
