@@ -15,8 +15,7 @@ static uint16_t g_lastTrace[kCapacity + 1];
 static int g_traceCount;
 static char g_busy;
 
-/* wchar_t on Windows, char16_t on Linux: 16-bit code units either way. Several threads may trace at
- * once, as they may through a real viewer's client. */
+/* 16-bit code units (wchar_t on Windows, char16_t on Linux); several threads may trace at once. */
 STAND_IN_EXPORT void SendDiagnosticsTraceW(const uint16_t* text)
 {
     while (__atomic_test_and_set(&g_busy, __ATOMIC_ACQUIRE))

@@ -1,13 +1,15 @@
 // The diagnostics client against a missing library, a library without the viewer's entries, and
-// the tests' stand-in viewer library. Each test makes a client of its own, so that the single load
-// attempt of one does not decide the others.
+// the tests' stand-in viewer library; then the diagnostics stream through the process-wide client.
+// Each client test makes a client of its own, so that the single load attempt of one does not
+// decide the others.
 #include "base/ZoDiagnosticsClient.h"
+#include "base/ZoStreamWriteASCIITraceDiagnostic.h"
 #include "platform/ZoOS.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <string>
+#include <cstdio>
+#include <cstdlib>
 #include <thread>
 #include <vector>
 
@@ -21,6 +23,14 @@ CString nativePath(const char* path)
         c = c == u'/' ? ZoOS::GetPathSeparator() : c;
     return CString(text);
 }
+
+// The stand-in viewer, loaded by its full path: then the client's lookup by plain name finds it too.
+struct StandIn
+{
+    const ZoOS::LibraryHandle library = ZoOS::LoadDynamicLibrary(nativePath(ZO_TEST_DIAGNOSTICS_CLIENT));
+    int (*count)() = reinterpret_cast<int (*)()>(ZoOS::GetDynamicEntry(library, "StandInTraceCount"));
+    const char16_t* (*last)() = reinterpret_cast<const char16_t* (*)()>(ZoOS::GetDynamicEntry(library, "StandInLastTrace"));
+};
 
 std::string messagesOf(ZoDiagnosticsClient& client, int traces)
 {
@@ -39,7 +49,6 @@ TEST(ZoDiagnosticsClientTest, AMissingLibraryOrMissingEntriesAreReportedOnce)
     EXPECT_EQ(messagesOf(missing, 3), "Error: ZoDiagnosticsClient: Could not load library libZoNoSuchDiagnosticsClient.so\n");
     EXPECT_EQ(messagesOf(missing, 1), "");
     EXPECT_FALSE(missing.IsConnected());
-
     // The library itself exports none of the viewer's entries.
     ZoDiagnosticsClient incomplete(nativePath(ZO_TEST_LIBRARY_FILE));
     EXPECT_EQ(messagesOf(incomplete, 2),
@@ -49,24 +58,17 @@ TEST(ZoDiagnosticsClientTest, AMissingLibraryOrMissingEntriesAreReportedOnce)
 
 TEST(ZoDiagnosticsClientTest, TextIsItsOwnFormatAndIsCutToTheViewersBuffer)
 {
-    const ZoOS::LibraryHandle standIn = ZoOS::LoadDynamicLibrary(nativePath(ZO_TEST_DIAGNOSTICS_CLIENT));
-    ASSERT_NE(standIn, nullptr);
-    const auto count = reinterpret_cast<int (*)()>(ZoOS::GetDynamicEntry(standIn, "StandInTraceCount"));
-    const auto last = reinterpret_cast<const char16_t* (*)()>(ZoOS::GetDynamicEntry(standIn, "StandInLastTrace"));
-
+    const StandIn standIn;
+    ASSERT_NE(standIn.library, nullptr);
     ZoDiagnosticsClient client(nativePath(ZO_TEST_DIAGNOSTICS_CLIENT));
-    const int before = count();
-    client.Trace(u"50%% done, %d left %s");
-    EXPECT_TRUE(client.IsConnected());
-    EXPECT_EQ(count(), before + 1);
-    // "%%" becomes a percent sign; directives without arguments stay as they are.
-    EXPECT_EQ(CString(last()), CString(u"50% done, %d left %s"));
-
+    const int before = standIn.count();
     const struct
     {
         CString text;
         CString sent;
-    } cuts[] = {
+    } cases[] = {
+        // "%%" becomes a percent sign; directives without arguments stay as they are.
+        {CString(u"50%% done, %d left %s"), CString(u"50% done, %d left %s")},
         {CString(), CString()},
         {CString(u'x', 5000), CString(u'x', 2047)},
         // The cut counts formatted text: 2047 percent signs come from 4094 units.
@@ -74,33 +76,66 @@ TEST(ZoDiagnosticsClientTest, TextIsItsOwnFormatAndIsCutToTheViewersBuffer)
         // A surrogate pair is never split in two at the cut.
         {CString(u'y', 2046) + u"\U0001F600z", CString(u'y', 2046)},
     };
-    for (const auto& cut : cuts) {
-        client.Trace(cut.text);
-        EXPECT_EQ(CString(last()), cut.sent);
+    for (const auto& c : cases) {
+        client.Trace(c.text);
+        EXPECT_EQ(CString(standIn.last()), c.sent);
     }
-    EXPECT_EQ(count(), before + 5);
+    EXPECT_TRUE(client.IsConnected());
+    EXPECT_EQ(standIn.count(), before + 5);
 }
 
 TEST(ZoDiagnosticsClientConcurrentTest, FirstTracesFromSeveralThreadsAtOnceLoadTheLibraryOnce)
 {
-    const ZoOS::LibraryHandle standIn = ZoOS::LoadDynamicLibrary(nativePath(ZO_TEST_DIAGNOSTICS_CLIENT));
-    ASSERT_NE(standIn, nullptr);
-    const auto count = reinterpret_cast<int (*)()>(ZoOS::GetDynamicEntry(standIn, "StandInTraceCount"));
-
+    const StandIn standIn;
+    ASSERT_NE(standIn.library, nullptr);
     ZoDiagnosticsClient client(nativePath(ZO_TEST_DIAGNOSTICS_CLIENT));
-    const int before = count();
-    const int threads = 4;
-    const int tracesEach = 50;
+    const int before = standIn.count();
     std::vector<std::thread> tracers;
-    for (int i = 0; i < threads; ++i)
+    for (int i = 0; i < 4; ++i)
         tracers.emplace_back([&client] {
-            for (int trace = 0; trace < tracesEach; ++trace)
+            for (int trace = 0; trace < 50; ++trace)
                 client.Trace(u"line");
         });
     for (std::thread& tracer : tracers)
         tracer.join();
     EXPECT_TRUE(client.IsConnected());
-    EXPECT_EQ(count(), before + threads * tracesEach) << "every thread's traces reach the viewer";
+    EXPECT_EQ(standIn.count(), before + 4 * 50) << "every thread's traces reach the viewer";
+}
+
+// In a fresh process of its own, since the process-wide client makes one load attempt per process.
+TEST(ZoStreamWriteASCIITraceDiagnosticTest, WithoutTheViewerTheUserIsToldOnceAndWritesAreDropped)
+{
+#if defined(_WIN32)
+    GTEST_SKIP() << "the message is a message box there, not text on standard error";
+#endif
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            testing::internal::CaptureStderr();
+            ZoStreamWriteASCIITraceDiagnostic() << u"first" << 2;
+            ZoStreamWriteASCIITraceDiagnostic() << 3.5;
+            const std::string shown = testing::internal::GetCapturedStderr();
+            std::fprintf(stderr, "%s", shown.c_str());
+            std::exit(shown == "Error: ZoDiagnosticsClient: Could not load library libDiagnosticsClient.so\n" ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(ZoStreamWriteASCIITraceDiagnosticTest, EachWriteIsOneMessageToTheViewer)
+{
+    const StandIn standIn;
+    ASSERT_NE(standIn.library, nullptr);
+    testing::internal::CaptureStderr();
+    ZoStreamWriteASCIITraceDiagnostic stream;
+    const int before = standIn.count();
+    stream << 42;
+    EXPECT_EQ(CString(standIn.last()), CString(u"42"));
+    stream << CString(u"100%% of %s");
+    EXPECT_EQ(CString(standIn.last()), CString(u"100% of %s"));
+    stream << static_cast<short>(-1);
+    EXPECT_EQ(CString(standIn.last()), CString(u"4294967295"));
+    EXPECT_EQ(standIn.count(), before + 3);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 } // namespace

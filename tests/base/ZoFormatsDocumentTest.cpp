@@ -29,6 +29,7 @@
 #include <functional>
 #include <map>
 #include <set>
+#include <sstream>
 #include <utility>
 
 namespace {
@@ -36,33 +37,25 @@ namespace {
 typedef std::vector<unsigned char> Bytes;
 
 // "AB CD" pairs; "{78 00}*300" repeats the bytes in braces.
-Bytes parseHex(const std::string& text)
+Bytes parseHex(std::string text)
 {
-    Bytes bytes, group;
-    bool inGroup = false;
-    for (size_t i = 0; i < text.size();) {
-        if (std::isspace(static_cast<unsigned char>(text[i]))) {
-            ++i;
-        } else if (text[i] == '{' && !inGroup) {
-            inGroup = true;
-            ++i;
-        } else if (text.compare(i, 2, "}*") == 0 && inGroup) {
-            size_t used = 0;
-            for (unsigned long k = std::stoul(text.substr(i + 2), &used); k > 0; --k)
-                bytes.insert(bytes.end(), group.begin(), group.end());
-            group.clear();
-            inGroup = false;
-            i += 2 + used;
-        } else if (i + 1 < text.size() && std::isxdigit(static_cast<unsigned char>(text[i])) &&
-                   std::isxdigit(static_cast<unsigned char>(text[i + 1]))) {
-            (inGroup ? group : bytes).push_back(static_cast<unsigned char>(std::stoul(text.substr(i, 2), nullptr, 16)));
-            i += 2;
-        } else {
-            ADD_FAILURE() << "not a hex vector at \"" << text.substr(i, 10) << "\"";
-            return Bytes();
-        }
+    for (size_t open; (open = text.find('{')) != std::string::npos;) {
+        const size_t close = text.find("}*", open);
+        if (close == std::string::npos)
+            return ADD_FAILURE() << "unclosed group in " << text, Bytes();
+        size_t used = 0;
+        std::string repeated;
+        for (unsigned long k = std::stoul(text.substr(close + 2), &used); k > 0; --k)
+            repeated += " " + text.substr(open + 1, close - open - 1);
+        text = text.substr(0, open) + repeated + " " + text.substr(close + 2 + used);
     }
-    EXPECT_FALSE(inGroup) << "unclosed group in " << text;
+    Bytes bytes;
+    std::istringstream in(text);
+    for (std::string pair; in >> pair;) {
+        if (pair.size() != 2 || !std::isxdigit(static_cast<unsigned char>(pair[0])) || !std::isxdigit(static_cast<unsigned char>(pair[1])))
+            return ADD_FAILURE() << "not a hex vector at \"" << pair << "\"", Bytes();
+        bytes.push_back(static_cast<unsigned char>(std::stoul(pair, nullptr, 16)));
+    }
     return bytes;
 }
 
@@ -102,10 +95,8 @@ std::string hexText(const Bytes& bytes, size_t from = 0, size_t count = SIZE_MAX
 {
     std::string text;
     char byte[4];
-    for (size_t i = from; i < bytes.size() && i - from < count; ++i) {
-        std::snprintf(byte, sizeof byte, i == from ? "%02X" : " %02X", bytes[i]);
-        text += byte;
-    }
+    for (size_t i = from; i < bytes.size() && i - from < count; ++i)
+        text += (std::snprintf(byte, sizeof byte, i == from ? "%02X" : " %02X", bytes[i]), byte);
     return "[" + text + "]";
 }
 
@@ -129,21 +120,20 @@ std::string describe(const CString& value)
         std::snprintf(escaped, sizeof escaped, "\\u%04X", static_cast<unsigned>(c));
         return c >= 0x20 && c < 0x7F && c != '"' && c != '\\' ? std::string(1, static_cast<char>(c)) : std::string(escaped);
     };
-    auto add = [&text](const std::string& quoted) { text += (text.empty() ? "" : " ") + quoted; };
-    for (int i = 0, n = value.GetLength(); i < n;) {
-        int run = 1;
-        while (i + run < n && value[i + run] == value[i])
+    auto add = [&text](const std::string& quoted) { text += (text.empty() ? "\"" : " \"") + quoted; };
+    for (int i = 0, n = value.GetLength(), run = 1; i < n; i += run) {
+        for (run = 1; i + run < n && value[i + run] == value[i];)
             ++run;
-        if (run >= 8 && !piece.empty())
-            add("\"" + piece + "\""), piece.clear();
-        if (run >= 8)
-            add("\"" + unit(value[i]) + "\"*" + std::to_string(run));
         for (int k = 0; k < run && run < 8; ++k)
             piece += unit(value[i]);
-        i += run;
+        if (run >= 8) {
+            if (!piece.empty())
+                add(piece + "\""), piece.clear();
+            add(unit(value[i]) + "\"*" + std::to_string(run));
+        }
     }
     if (!piece.empty() || text.empty())
-        add("\"" + piece + "\"");
+        add(piece + "\"");
     return text;
 }
 
@@ -216,18 +206,14 @@ Entry rewritten(const char* name, const char* values, std::function<void(ZoStrea
                  }};
 }
 
+// `make` fills a fresh object with the values; reading starts from a default one (`blank`).
 template <class T>
-Entry serialized(const char* name, const char* values, std::function<void(T&)> make)
+Entry serialized(const char* name, const char* values, std::function<void(T&)> make, std::function<T()> blank = [] { return T(); })
 {
     return rewritten(
-        name, values,
-        [make](ZoStreamWriteBinary& out) {
-            T object;
-            make(object);
-            object.Serialize(out);
-        },
-        [](ZoStreamReadBinary& in) {
-            T object;
+        name, values, [make, blank](ZoStreamWriteBinary& out) { T object = blank(); make(object), object.Serialize(out); },
+        [blank](ZoStreamReadBinary& in) {
+            T object = blank();
             object.Serialize(in);
             return written([&object](ZoStreamWriteBinary& out) { object.Serialize(out); });
         });
@@ -239,15 +225,36 @@ Entry onFile(const char* name, const char* values, std::function<void(const zote
 {
     auto writeFile = [write] {
         zotest::TempFolder folder;
-        write(folder, folder.CPath("vector.bin"));
-        return zotest::ReadBytes(folder.Path("vector.bin"));
+        return write(folder, folder.CPath("vector.bin")), zotest::ReadBytes(folder.Path("vector.bin"));
     };
     auto readFile = [read](const Bytes& bytes) {
         zotest::TempFolder folder;
-        zotest::WriteBytes(folder.Path("vector.bin"), bytes);
-        return read(folder.CPath("vector.bin"));
+        return zotest::WriteBytes(folder.Path("vector.bin"), bytes), read(folder.CPath("vector.bin"));
     };
     return Entry{name, values, write ? std::function<Bytes()>(writeFile) : nullptr, readFile};
+}
+
+// A series of values, each predicted by the one before (the first by 0), through a pair of coders.
+template <class T, class MakeWriter, class MakeReader>
+Entry predicted(const char* name, const char* values, std::vector<T> series, MakeWriter makeWriter, MakeReader makeReader)
+{
+    const std::string words = std::string(values).substr(0, std::string(values).find(':') + 1);
+    return onStream(
+        name, values,
+        [series, makeWriter](ZoStreamWriteBinary& out) {
+            auto coder = makeWriter(out);
+            T previous = 0;
+            for (T value : series)
+                coder.WriteValue(value, std::exchange(previous, value));
+        },
+        [words, series, makeReader](ZoStreamReadBinary& in) {
+            auto coder = makeReader(in);
+            std::string text = words;
+            T previous = 0;
+            for (size_t i = 0; i < series.size(); ++i)
+                text += " " + describe(previous = coder.ReadValue(previous));
+            return text;
+        });
 }
 
 bool atEnd(ZoStreamReadBinary& in)
@@ -306,12 +313,10 @@ const std::vector<Entry>& entries()
                  [](ZoStreamReadBinary& in) { return describe(in.ReadAndCompareVersion(2)); }),
         serialized<ZoArray<unsigned char, 0>>("byte-array", "[0A 0B 0C]",
                                               [](auto& array) { array.Add(0x0A), array.Add(0x0B), array.Add(0x0C); }),
-        onStream("byte-array-unversioned", "[0A 0B 0C]", nullptr,
-                 [](ZoStreamReadBinary& in) {
-                     ZoArray<unsigned char, 0> array;
-                     array.Serialize(in);
-                     return hexText(Bytes(array.GetData(), array.GetData() + array.GetCount()));
-                 }),
+        onStream("byte-array-unversioned", "[0A 0B 0C]", nullptr, [](ZoStreamReadBinary& in) {
+            ZoArray<unsigned char, 0> array;
+            return array.Serialize(in), hexText(Bytes(array.GetData(), array.GetData() + array.GetCount()));
+        }),
         serialized<ZoArrayDynamicSize>("array-dynamic-size", "element size 3: [01 02 03] [04 05 06]", [](auto& array) {
             array.SetElementSize(3, 0);
             array.SetElementCount(2, 0);
@@ -338,9 +343,9 @@ const std::vector<Entry>& entries()
             }),
         onStream("date", "2009-03-05 10:00:30.250 UTC",
                  [](ZoStreamWriteBinary& out) {
-                     SYSTEMTIME time = {};
-                     time.wYear = 2009, time.wMonth = 3, time.wDay = 5, time.wHour = 10, time.wSecond = 30, time.wMilliseconds = 250;
-                     out << static_cast<uint64_t>(ZoDateTime(time));
+                     SYSTEMTIME t = {};
+                     t.wYear = 2009, t.wMonth = 3, t.wDay = 5, t.wHour = 10, t.wSecond = 30, t.wMilliseconds = 250;
+                     out << static_cast<uint64_t>(ZoDateTime(t));
                  },
                  [](ZoStreamReadBinary& in) {
                      uint64_t ticks = 0;
@@ -367,35 +372,12 @@ const std::vector<Entry>& entries()
                          decoder >> symbol, text += " " + describe(symbol);
                      return text;
                  }),
-        onStream("predictive", "8-bit values, each predicted by the one before (the first by 0): 10 12 12 9",
-                 [](ZoStreamWriteBinary& out) {
-                     ZoStreamWritePredictiveCoder coder(out, 8, 64);
-                     uint32_t previous = 0;
-                     for (uint32_t value : {10, 12, 12, 9})
-                         coder.WriteValue(value, std::exchange(previous, value));
-                 },
-                 [](ZoStreamReadBinary& in) {
-                     ZoStreamReadPredictiveCoder coder(in, 8);
-                     std::string text = "8-bit values, each predicted by the one before (the first by 0):";
-                     for (uint32_t i = 0, previous = 0; i < 4; ++i)
-                         text += " " + describe(previous = coder.ReadValue(previous));
-                     return text;
-                 }),
-        onStream("floating-point", "floats, each predicted by the one before (the first by 0): 1 1.5 1.25 -2",
-                 [](ZoStreamWriteBinary& out) {
-                     ZoStreamWriteCompressedFloatingPoint coder(out, 64);
-                     float previous = 0.0f;
-                     for (float value : {1.0f, 1.5f, 1.25f, -2.0f})
-                         coder.WriteValue(value, std::exchange(previous, value));
-                 },
-                 [](ZoStreamReadBinary& in) {
-                     ZoStreamReadCompressedFloatingPoint coder(in);
-                     std::string text = "floats, each predicted by the one before (the first by 0):";
-                     float previous = 0.0f;
-                     for (int i = 0; i < 4; ++i)
-                         text += " " + describe(previous = coder.ReadValue(previous));
-                     return text;
-                 }),
+        predicted<uint32_t>("predictive", "8-bit values, each predicted by the one before (the first by 0): 10 12 12 9",
+                            {10, 12, 12, 9}, [](ZoStreamWriteBinary& out) { return ZoStreamWritePredictiveCoder(out, 8, 64); },
+                            [](ZoStreamReadBinary& in) { return ZoStreamReadPredictiveCoder(in, 8); }),
+        predicted<float>("floating-point", "floats, each predicted by the one before (the first by 0): 1 1.5 1.25 -2",
+                         {1.0f, 1.5f, 1.25f, -2.0f}, [](ZoStreamWriteBinary& out) { return ZoStreamWriteCompressedFloatingPoint(out, 64); },
+                         [](ZoStreamReadBinary& in) { return ZoStreamReadCompressedFloatingPoint(in); }),
         rewritten("graph-record", "nodes \"a\" \"b\" \"c\"; \"a\"->\"b\" 1.5, \"a\"->\"c\" 4, \"b\"->\"c\" 2; start \"a\", end \"c\"",
                   [](ZoStreamWriteBinary& out) { SampleSearch().search.serializeUnitTestInput(out); },
                   [](ZoStreamReadBinary& in) {

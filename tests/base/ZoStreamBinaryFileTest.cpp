@@ -74,82 +74,55 @@ TEST(ZoStreamBinaryFileTest, CompressedFilesHaveTheHeaderAndAZlibPayload)
 {
     zotest::TempFolder folder;
     const CString path = folder.CPath("packed.bin");
-    std::vector<uint32_t> values(5000);
-    for (uint32_t i = 0; i < values.size(); ++i)
-        values[i] = i % 7;
+    // Nothing at all: the header and zlib's stream of nothing.
+    ZoClassSerialization::ReleaseArchive(ZoClassSerialization::CreateArchive(path, ZoClassSerialization::eWriteCompressed));
+    Buffer expected = header(2, 0), emptyStream(16);
+    uLongf emptyLength = 16;
+    ASSERT_EQ(compress(emptyStream.data(), &emptyLength, nullptr, 0), Z_OK);
+    expected.insert(expected.end(), emptyStream.begin(), emptyStream.begin() + emptyLength);
+    EXPECT_EQ(zotest::ReadBytes(folder.Path("packed.bin")), expected);
+    unsigned char byte;
+    EXPECT_THROW(ZoStreamReadBinaryFile(path) >> byte, ZoExceptionStream);
     {
         ZoStreamWriteBinaryFile out(path, ZoStreamWriteBinaryFile::eCompressionZIP);
-        for (uint32_t value : values)
-            out << value;
+        for (uint32_t i = 0; i < 5000; ++i)
+            out << i % 7;
         out << CString(u"end");
         out.Close();
         EXPECT_THROW(out.Close(), ZoExceptionStream);
     }
+    // The header states the encoding's length; the payload's bytes are checked in FORMATS.md.
     const Buffer file = zotest::ReadBytes(folder.Path("packed.bin"));
     const uint32_t payload = 5000 * 4 + 10;
     ASSERT_GT(file.size(), 28u);
     EXPECT_EQ(Buffer(file.begin(), file.begin() + 28), header(2, payload));
     EXPECT_LT(file.size(), payload / 10);
-    // The payload is a plain zlib stream of the encoding.
-    Buffer expanded(payload);
-    uLongf expandedLength = payload;
-    ASSERT_EQ(uncompress(expanded.data(), &expandedLength, file.data() + 28, static_cast<uLong>(file.size() - 28)), Z_OK);
-    EXPECT_EQ(expandedLength, payload);
-    EXPECT_EQ(Buffer(expanded.end() - 10, expanded.end()), Bytes({0xFF, 0xFE, 0xFF, 3, 'e', 0, 'n', 0, 'd', 0}));
-
     ZoStreamReadBinaryFile in(path);
-    for (uint32_t expected : values) {
-        uint32_t value;
+    for (uint32_t i = 0, value = 0; i < 5000; ++i) {
         in >> value;
-        ASSERT_EQ(value, expected);
+        ASSERT_EQ(value, i % 7);
     }
     CString end;
     in >> end;
     EXPECT_EQ(end, CString(u"end"));
-    uint32_t beyond;
-    EXPECT_THROW(in >> beyond, ZoExceptionStream);
-}
-
-TEST(ZoStreamBinaryFileTest, AnEmptyCompressedFileIsAHeaderAndTheStreamOfNothing)
-{
-    zotest::TempFolder folder;
-    const CString path = folder.CPath("empty.bin");
-    ZoClassSerialization::ReleaseArchive(ZoClassSerialization::CreateArchive(path, ZoClassSerialization::eWriteCompressed));
-    const Buffer file = zotest::ReadBytes(folder.Path("empty.bin"));
-    Buffer emptyStream(16);
-    uLongf emptyLength = 16;
-    ASSERT_EQ(compress(emptyStream.data(), &emptyLength, nullptr, 0), Z_OK);
-    Buffer expected = header(2, 0);
-    expected.insert(expected.end(), emptyStream.begin(), emptyStream.begin() + emptyLength);
-    EXPECT_EQ(file, expected);
-    ZoStreamReadBinaryFile in(path);
-    unsigned char byte;
     EXPECT_THROW(in >> byte, ZoExceptionStream);
 }
 
-TEST(ZoStreamBinaryFileTest, ShortOrUnmarkedFilesAndStoredArchivesReadFromTheFirstByte)
+// A file shorter than the header is read from its first byte (stored archives are in FORMATS.md);
+// a bare header and an unknown method leave nothing to read.
+TEST(ZoStreamBinaryFileTest, ShortFilesReadFromTheFirstByteAndUnknownMethodsGiveNothing)
 {
     zotest::TempFolder folder;
-    zotest::WriteBytes(folder.Path("short.bin"), Bytes({'H', 'a', 'l', 'v', 'o'}));
-    ZoStreamReadBinaryFile shortFile(folder.CPath("short.bin"));
-    unsigned char first;
-    shortFile >> first;
-    EXPECT_EQ(first, 'H');
-
-    // Method 0: the magic matches, yet the reader starts at the magic itself.
-    Buffer stored = header(0, 4);
-    stored.insert(stored.end(), {9, 9, 9, 9});
-    zotest::WriteBytes(folder.Path("stored.bin"), stored);
-    ZoStreamReadBinaryFile storedFile(folder.CPath("stored.bin"));
-    storedFile >> first;
-    EXPECT_EQ(first, 'H');
-
-    // An unknown method leaves nothing to read.
     Buffer unknown = header(7, 4);
+    zotest::WriteBytes(folder.Path("short.bin"), Buffer(unknown.begin(), unknown.begin() + 27));
+    zotest::WriteBytes(folder.Path("bare.bin"), header(2, 4));
     unknown.insert(unknown.end(), {1, 2, 3, 4});
     zotest::WriteBytes(folder.Path("unknown.bin"), unknown);
-    ZoStreamReadBinaryFile unknownFile(folder.CPath("unknown.bin"));
-    EXPECT_THROW(unknownFile >> first, ZoExceptionStream);
+    unsigned char first;
+    ZoStreamReadBinaryFile(folder.CPath("short.bin")) >> first;
+    EXPECT_EQ(first, 'H');
+    for (const char* name : {"bare.bin", "unknown.bin"})
+        EXPECT_THROW(ZoStreamReadBinaryFile(folder.CPath(name)) >> first, ZoExceptionStream) << name;
 }
 
 TEST(ZoStreamBinaryFileTest, DamagedCompressedFilesNeverCrashOrAllocateWhatTheyClaim)
@@ -238,102 +211,63 @@ TEST(ZoStreamBinaryFileTest, StreamsOnACallersArchiveLeaveItToTheCaller)
 // A terminated thread unwinds through the streams' translation of errors into stream exceptions;
 // that unwind must go on, or the C library ends the whole process. Windows stops a terminated
 // thread without unwinding, so there is nothing to check there.
-struct PipeReader
+struct PipeEnd
 {
     CString path;
+    bool writing;
     std::atomic<bool> opened{false};
-    std::atomic<bool> readReturned{false};
+    std::atomic<bool> returned{false};
 };
 
-uint32_t readStringFromPipe(void* argument)
+uint32_t blockOnPipe(void* argument)
 {
-    auto* reader = static_cast<PipeReader*>(argument);
-    ZoStreamReadBinaryFile in(reader->path);
-    reader->opened = true;
-    CString text;
-    in >> text;
-    reader->readReturned = true;
+    auto* end = static_cast<PipeEnd*>(argument);
+    if (end->writing) {
+        ZoStreamWriteBinaryFile out(end->path);
+        end->opened = true;
+        const Buffer block(1 << 20, 0x5A); // far more than a pipe holds: the write blocks
+        for (int i = 0; i < 64; ++i)
+            out.WriteBuffer(block.data(), block.size());
+    } else {
+        ZoStreamReadBinaryFile in(end->path);
+        end->opened = true;
+        CString text;
+        in >> text; // a few bytes arrive, never the rest
+    }
+    end->returned = true;
     return 1;
 }
 
-TEST(ZoStreamBinaryFileConcurrentTest, AThreadTerminatedWhileReadingAPipeEndsAndTheProcessGoesOn)
+TEST(ZoStreamBinaryFileConcurrentTest, AThreadTerminatedWhileReadingOrWritingAPipeEndsAndTheProcessGoesOn)
 {
 #if defined(__SANITIZE_ADDRESS__)
     GTEST_SKIP() << "the address sanitizer cannot follow an unwind that starts in the cancellation signal "
                     "of a blocked read; the default and thread-sanitizer builds run this test";
 #endif
-    zotest::TempFolder folder;
-    const std::string path = folder.Path("pipe");
-    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
-    PipeReader reader{CString(path)};
-    uint32_t threadId = 0;
-    const HANDLE thread = ZoOS::CreateThreadObject(&readStringFromPipe, &reader, 0, false, threadId);
-    ASSERT_NE(thread, nullptr);
-    // Opening the writing end meets the stream's open; then a few bytes arrive, never the rest.
-    const int writer = open(path.c_str(), O_WRONLY);
-    ASSERT_GE(writer, 0);
-    const unsigned char start[] = {3, 0, 'a', 0};
-    ASSERT_EQ(write(writer, start, sizeof start), static_cast<ssize_t>(sizeof start));
-    ASSERT_TRUE(zotest::WaitUntil([&] { return reader.opened.load(); }));
-
-    EXPECT_TRUE(ZoOS::TerminateThreadObject(thread, 7));
-    ASSERT_EQ(ZoOS::WaitForObject(thread, 30000), ZoOS::sc_waitObject0);
-    uint32_t exitCode = 0;
-    EXPECT_TRUE(ZoOS::GetThreadExitCode(thread, exitCode));
-    EXPECT_EQ(exitCode, 7u);
-    EXPECT_FALSE(reader.readReturned.load());
-    ZoOS::CloseObjectHandle(thread);
-    close(writer);
-}
-
-// The same for a thread blocked in a write: a pipe nobody reads fills up, and the termination
-// unwinds through the writer's error translation.
-struct PipeWriter
-{
-    CString path;
-    std::atomic<bool> opened{false};
-    std::atomic<bool> writeReturned{false};
-};
-
-uint32_t writeToPipe(void* argument)
-{
-    auto* writer = static_cast<PipeWriter*>(argument);
-    ZoStreamWriteBinaryFile out(writer->path);
-    writer->opened = true;
-    // Far more than a pipe holds, so the write blocks until the thread is terminated.
-    const Buffer block(1 << 20, 0x5A);
-    for (int i = 0; i < 64; ++i)
-        out.WriteBuffer(block.data(), block.size());
-    writer->writeReturned = true;
-    return 1;
-}
-
-TEST(ZoStreamBinaryFileConcurrentTest, AThreadTerminatedWhileWritingAPipeEndsAndTheProcessGoesOn)
-{
-#if defined(__SANITIZE_ADDRESS__)
-    GTEST_SKIP() << "the address sanitizer cannot follow an unwind that starts in the cancellation signal "
-                    "of a blocked write; the default and thread-sanitizer builds run this test";
-#endif
-    zotest::TempFolder folder;
-    const std::string path = folder.Path("pipe");
-    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
-    PipeWriter writer{CString(path)};
-    uint32_t threadId = 0;
-    const HANDLE thread = ZoOS::CreateThreadObject(&writeToPipe, &writer, 0, false, threadId);
-    ASSERT_NE(thread, nullptr);
-    // The reading end is opened (which lets the stream's open through) and never read.
-    const int reader = open(path.c_str(), O_RDONLY);
-    ASSERT_GE(reader, 0);
-    ASSERT_TRUE(zotest::WaitUntil([&] { return writer.opened.load(); }));
-
-    EXPECT_TRUE(ZoOS::TerminateThreadObject(thread, 7));
-    ASSERT_EQ(ZoOS::WaitForObject(thread, 30000), ZoOS::sc_waitObject0);
-    uint32_t exitCode = 0;
-    EXPECT_TRUE(ZoOS::GetThreadExitCode(thread, exitCode));
-    EXPECT_EQ(exitCode, 7u);
-    EXPECT_FALSE(writer.writeReturned.load());
-    ZoOS::CloseObjectHandle(thread);
-    close(reader);
+    for (const bool writing : {false, true}) {
+        SCOPED_TRACE(writing ? "writing" : "reading");
+        zotest::TempFolder folder;
+        const std::string path = folder.Path("pipe");
+        ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+        PipeEnd end{CString(path), writing};
+        uint32_t threadId = 0;
+        const HANDLE thread = ZoOS::CreateThreadObject(&blockOnPipe, &end, 0, false, threadId);
+        ASSERT_NE(thread, nullptr);
+        // Opening the other end meets the stream's open.
+        const int other = open(path.c_str(), writing ? O_RDONLY : O_WRONLY);
+        ASSERT_GE(other, 0);
+        const unsigned char start[] = {3, 0, 'a', 0};
+        ASSERT_TRUE(writing || write(other, start, sizeof start) == static_cast<ssize_t>(sizeof start));
+        ASSERT_TRUE(zotest::WaitUntil([&] { return end.opened.load(); }));
+        EXPECT_TRUE(ZoOS::TerminateThreadObject(thread, 7));
+        ASSERT_EQ(ZoOS::WaitForObject(thread, 30000), ZoOS::sc_waitObject0);
+        uint32_t exitCode = 0;
+        EXPECT_TRUE(ZoOS::GetThreadExitCode(thread, exitCode));
+        EXPECT_EQ(exitCode, 7u);
+        EXPECT_FALSE(end.returned.load());
+        ZoOS::CloseObjectHandle(thread);
+        close(other);
+    }
 }
 
 // A compressed archive that meets a full disk. The file-size limit stands in for the disk: it is a

@@ -81,37 +81,39 @@ TEST(ZoStreamBinaryTest, ScalarsAreTheirLittleEndianBytesAndShortReadsNameTheirT
     expectScalar(0xF0000009UL, wide ? Bytes({9, 0, 0, 0xF0, 0, 0, 0, 0}) : Bytes({9, 0, 0, 0xF0}), wide ? 204 : 166);
 }
 
-TEST(ZoStreamBinaryTest, StringsCarryTheWideMarkerAndALengthPrefixAndReadBack)
+// The length prefix on each side of its width changes (the forms themselves are in FORMATS.md).
+TEST(ZoStreamBinaryTest, StringLengthsChangeWidthAtTheirLimitsAndReadBack)
 {
-    EXPECT_EQ(encode(CString(u"abc")), Bytes({0xFF, 0xFE, 0xFF, 0x03, 0x61, 0x00, 0x62, 0x00, 0x63, 0x00}));
-    EXPECT_EQ(encode(CString()), Bytes({0xFF, 0xFE, 0xFF, 0x00}));
-    const Buffer prefix254 = encode(CString(u'x', 254));
-    EXPECT_EQ(Buffer(prefix254.begin(), prefix254.begin() + 4), Bytes({0xFF, 0xFE, 0xFF, 0xFE}));
-    const Buffer prefix300 = encode(CString(u'x', 300));
-    EXPECT_EQ(Buffer(prefix300.begin(), prefix300.begin() + 6), Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0x2C, 0x01}));
-    EXPECT_EQ(prefix300.size(), 6u + 600u);
-    const Buffer prefix65534 = encode(CString(u'x', 65534));
-    EXPECT_EQ(Buffer(prefix65534.begin(), prefix65534.begin() + 10),
-              Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0x00, 0x00}));
-    // The pointer form writes the same as the CString form.
-    ZoStreamWriteBinaryMemory stream;
-    stream << u"abc";
-    EXPECT_EQ(stream.GetBuffer(), encode(CString(u"abc")));
-    for (const CString& text : {CString(), CString(u"h\u00e9llo \u4e16\u754c"), CString(u'z', 254), CString(u'z', 1000),
-                                CString(u'z', 65533)}) {
-        ZoStreamReadBinaryMemory in(encode(text));
+    const std::pair<int, Buffer> prefixes[] = {
+        {254, Bytes({0xFF, 0xFE, 0xFF, 0xFE})},
+        {255, Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0x00})},
+        {65533, Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0xFD, 0xFF})},
+        {65534, Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0x00, 0x00})},
+    };
+    for (const auto& [length, prefix] : prefixes) {
+        SCOPED_TRACE(length);
+        const CString text(u'z', length);
+        const Buffer bytes = encode(text);
+        EXPECT_EQ(Buffer(bytes.begin(), bytes.begin() + prefix.size()), prefix);
+        EXPECT_EQ(bytes.size(), prefix.size() + 2 * length);
+        if (length == 65534)
+            continue; // the reader's 2-byte quirk: see string-length-32 in FORMATS.md
+        ZoStreamReadBinaryMemory in(bytes);
         CString read(u"stale");
         in >> read;
         EXPECT_EQ(read, text);
         EXPECT_EQ(in.GetRemaining(), 0u);
     }
+    // The pointer form writes the same as the CString form.
+    ZoStreamWriteBinaryMemory stream;
+    stream << u"h\u00e9llo";
+    EXPECT_EQ(stream.GetBuffer(), encode(CString(u"h\u00e9llo")));
 }
 
 TEST(ZoStreamBinaryTest, VersionsAndClassRecordsReadBackAndANewerVersionIsRefused)
 {
     ZoStreamWriteBinaryMemory out;
     out.WriteVersion(3);
-    EXPECT_EQ(out.GetBuffer(), Bytes({3, 0, 0, 0}));
     ZoClassFlags(0x81).Serialize(out);
     ZoClassIndex(12).Serialize(out);
     ZoClassName(CString(u"ZoArray")).Serialize(out);
@@ -120,9 +122,7 @@ TEST(ZoStreamBinaryTest, VersionsAndClassRecordsReadBackAndANewerVersionIsRefuse
     ZoClassFlags flags;
     ZoClassIndex index;
     ZoClassName name;
-    flags.Serialize(in);
-    index.Serialize(in);
-    name.Serialize(in);
+    flags.Serialize(in), index.Serialize(in), name.Serialize(in);
     EXPECT_EQ(flags.GetFlags(), 0x81u);
     EXPECT_EQ(index.GetIndex(), 12u);
     EXPECT_EQ(name.GetName(), CString(u"ZoArray"));
@@ -132,36 +132,14 @@ TEST(ZoStreamBinaryTest, VersionsAndClassRecordsReadBackAndANewerVersionIsRefuse
                                                          "ZoStreamReadBinaryMemory", "Serialize", 44);
 }
 
-TEST(ZoStreamBinaryTest, DamagedStringsAreRefused)
+TEST(ZoStreamBinaryTest, DamagedStringsAndRandomBytesEndInTheLibrarysException)
 {
     auto readString = [](ZoStreamReadBinary& s) { CString v; s >> v; };
-    // No wide marker: a narrow length-prefixed string is not accepted.
-    EXPECT_EQ(failingLine(Bytes({0x03, 0x61, 0x62, 0x63}), "readStringLength", readString), 346u);
-    EXPECT_EQ(failingLine(Bytes({0xFF, 0xFE}), "readStringLength", readString), 346u);
-    EXPECT_EQ(failingLine(Bytes({0xFF, 0xFE, 0xFF}), "readStringLength", readString), 346u);
-    EXPECT_EQ(failingLine(Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0x2C}), "readStringLength", readString), 346u);
-    // Characters cut short.
+    // No wide marker (a narrow string is not accepted), or a length cut short; then characters cut short.
+    for (const Buffer& bytes : {Bytes({0x03, 0x61, 0x62, 0x63}), Bytes({0xFF, 0xFE}), Bytes({0xFF, 0xFE, 0xFF}),
+                                Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0x2C}), Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0x01})})
+        EXPECT_EQ(failingLine(bytes, "readStringLength", readString), 346u);
     EXPECT_EQ(failingLine(Bytes({0xFF, 0xFE, 0xFF, 0x03, 0x61, 0x00, 0x62}), "operator >> (CString)", readString), 320u);
-}
-
-TEST(ZoStreamBinaryTest, TheReaderTakesATwoByteLengthAfterTheLongEscape)
-{
-    // The writer puts a 32-bit length after FF FFFF; the reader takes only 16 bits of it, then
-    // reads that many characters. For 70000 units (0x00011170) it reads 0x1170 = 4464 units.
-    const Buffer written = encode(CString(u'q', 70000));
-    EXPECT_EQ(Buffer(written.begin(), written.begin() + 10), Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0x70, 0x11, 0x01, 0x00}));
-    ZoStreamReadBinaryMemory in(written);
-    CString read;
-    in >> read;
-    EXPECT_EQ(read.GetLength(), 0x1170);
-    // The reader's own layout: FF FFFF then a 16-bit length.
-    ZoStreamReadBinaryMemory quirk(Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0x02, 0x00, 0x41, 0x00, 0x42, 0x00}));
-    quirk >> read;
-    EXPECT_EQ(read, CString(u"AB"));
-}
-
-TEST(ZoStreamBinaryTest, RandomBytesEndInTheLibrarysException)
-{
     const unsigned seed = zotest::ModelTestSeed();
     SCOPED_TRACE(testing::Message() << "seed " << seed << " (ZO_TEST_SEED replays it)");
     std::mt19937 random(seed);
@@ -169,12 +147,8 @@ TEST(ZoStreamBinaryTest, RandomBytesEndInTheLibrarysException)
         Buffer bytes(random() % 40);
         for (auto& byte : bytes)
             byte = static_cast<unsigned char>(random());
-        // Bias towards the string marker so that the length paths are exercised.
-        if (bytes.size() >= 3 && random() % 2) {
-            bytes[0] = 0xFF;
-            bytes[1] = 0xFE;
-            bytes[2] = 0xFF;
-        }
+        if (bytes.size() >= 3 && random() % 2) // mostly string markers, so that the length paths run
+            bytes[0] = bytes[2] = 0xFF, bytes[1] = 0xFE;
         ZoStreamReadBinaryMemory in(bytes);
         try {
             for (;;) {

@@ -1,15 +1,15 @@
-// The text reader's rules, through a stream over bytes in memory: line breaks, long lines, the
-// code page, and the end of the stream.
+// The text reader's rules through a stream over bytes in memory (line breaks, long lines, the code
+// page, the end of the stream), and the text file reader over files and callers' archives.
+#include "base/ZoClassSerialization.h"
 #include "base/ZoExceptionStream.h"
 #include "base/ZoStreamReadASCII.h"
+#include "base/ZoStreamReadASCIIFile.h"
+#include "platform/CArchive.h"
+#include "platform/CMemFile.h"
 
 #include "ZoTestSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <random>
-#include <string>
-#include <vector>
+#include <functional>
 
 namespace {
 
@@ -32,34 +32,40 @@ private:
     std::string m_bytes;
 };
 
+// The stream's own class is named, also where the base class throws.
 template <class Value>
-void expectEndError(ZoStreamReadASCII& stream, Value& value, uint32_t line)
+void expectEndError(ZoStreamReadASCII& stream, Value& value, uint32_t line, const char* className = "ZoStreamReadASCII")
 {
-    zotest::ExpectThrowSite<ZoExceptionStream>([&] { stream >> value; }, "..\\base\\ZoStreamReadASCII.cpp", "ZoStreamReadASCII",
+    zotest::ExpectThrowSite<ZoExceptionStream>([&] { stream >> value; }, "..\\base\\ZoStreamReadASCII.cpp", className,
                                                "operator >>", line);
 }
 
 using Lines = std::vector<std::string>;
 
 // Every line (as UTF-8) up to the end of the stream; checks that one more read throws.
-Lines readAllLines(const std::string& bytes)
+Lines readAllLines(ZoStreamReadASCII& stream, size_t limit, const char* className = "ZoStreamReadASCII")
 {
-    MemoryTextStream stream(bytes);
     Lines lines;
-    while (!stream.IsEndOfStream() && lines.size() <= bytes.size()) {
+    while (!stream.IsEndOfStream() && lines.size() <= limit) {
         CString line(u"stale");
         stream >> line;
         lines.push_back(line.ToUtf8());
     }
     CString afterEnd(u"stale");
-    expectEndError(stream, afterEnd, 41);
+    expectEndError(stream, afterEnd, 41, className);
     EXPECT_TRUE(afterEnd.IsEmpty());
     return lines;
 }
 
+Lines readAllLines(const std::string& bytes)
+{
+    MemoryTextStream stream(bytes);
+    return readAllLines(stream, bytes.size());
+}
+
 TEST(ZoStreamReadASCIITest, LineBreaksLongLinesAndTheCodePage)
 {
-    const std::string x127(127, 'x'), y300(300, 'y');
+    const std::string x126(126, 'x'), x127(127, 'x'), y300(300, 'y');
     const struct
     {
         std::string bytes;
@@ -74,8 +80,8 @@ TEST(ZoStreamReadASCIITest, LineBreaksLongLinesAndTheCodePage)
         {"a\rb\nc", {"a", "", "c"}},
         {"a\r\rb", {"a", "b"}},
         {"a\r", {"a"}},
-        // Lines longer than a chunk, and breaks right at a chunk's end.
-        {x127 + "\n" + x127 + "x", {x127, x127 + "x"}},
+        // Lines of a chunk less one, a chunk and more, and breaks right at a chunk's end.
+        {x126 + "\n" + x127 + "\n" + x127 + "x", {x126, x127, x127 + "x"}},
         {y300 + "\r\n" + y300, {y300, y300}},
         // Windows-1252: 0x80 is the euro sign, 0x81 has no character and stays U+0081.
         {"\x80 \xE9\xFF\n\x81", {"\u20ac \u00e9\u00ff", "\u0081"}},
@@ -86,8 +92,10 @@ TEST(ZoStreamReadASCIITest, LineBreaksLongLinesAndTheCodePage)
     }
 }
 
+// Random lines joined with either break, read from memory and from a file, against the lines.
 TEST(ZoStreamReadASCIITest, RandomTextsSplitAsTheirLinesWereJoined)
 {
+    zotest::TempFolder folder;
     const unsigned seed = zotest::ModelTestSeed();
     SCOPED_TRACE(testing::Message() << "seed " << seed << " (ZO_TEST_SEED replays it)");
     std::mt19937 random(seed);
@@ -106,17 +114,21 @@ TEST(ZoStreamReadASCIITest, RandomTextsSplitAsTheirLinesWereJoined)
             lines.push_back("");
         }
         EXPECT_EQ(readAllLines(bytes), lines);
+        if (round % 6 == 0) {
+            zotest::WriteBytes(folder.Path("text.txt"), std::vector<unsigned char>(bytes.begin(), bytes.end()));
+            ZoStreamReadASCIIFile file(folder.CPath("text.txt"));
+            EXPECT_EQ(readAllLines(file, bytes.size(), "ZoStreamReadASCIIFile"), lines);
+        }
     }
 }
 
 TEST(ZoStreamReadASCIITest, CharactersUntilTheEndThenNothingMoreIsRead)
 {
     MemoryTextStream stream("A\xFF\r\n");
-    signed char c = 0;
-    stream >> c;
+    signed char c = 0, d = 0;
+    stream >> c >> d;
     EXPECT_EQ(c, 'A');
-    stream >> c;
-    EXPECT_EQ(c, -1);
+    EXPECT_EQ(d, -1);
     CString line;
     stream >> line;
     EXPECT_TRUE(line.IsEmpty());
@@ -127,17 +139,56 @@ TEST(ZoStreamReadASCIITest, CharactersUntilTheEndThenNothingMoreIsRead)
     expectEndError(stream, c, 106);
     expectEndError(stream, line, 41);
     EXPECT_EQ(stream.position, position);
+    // Numbers cannot be read from text, and consume nothing.
+    MemoryTextStream numbers("12");
+    int value = 7;
+    EXPECT_THROW(static_cast<ZoStreamRead&>(numbers) >> value, ZoExceptionStream);
+    EXPECT_THROW(numbers.ReadAndCompareVersion(3), ZoExceptionStream);
+    EXPECT_EQ(numbers.position, 0u);
 }
 
-TEST(ZoStreamReadASCIITest, NumbersCannotBeReadFromTextAndConsumeNothing)
+TEST(ZoStreamReadASCIIFileTest, FilesItOpensAreClosedAndMissingOnesNameTheirSite)
 {
-    MemoryTextStream stream("12");
-    ZoStreamRead& input = stream;
-    int value = 7;
-    EXPECT_THROW(input >> value, ZoExceptionStream);
-    EXPECT_EQ(value, 7);
-    EXPECT_THROW(input.ReadAndCompareVersion(3), ZoExceptionStream);
-    EXPECT_EQ(stream.position, 0u);
+    zotest::TempFolder folder;
+    zotest::WriteBytes(folder.Path("text.txt"), {'a', 'b', '\r', '\n', 'c'});
+    {
+        zotest::ScopedSystemTemporary redirected(folder);
+        ZoStreamReadASCIIFile byName(folder.CPath("text.txt"));
+        ZoStreamReadASCIIFile inTemporary(ZoClassSerialization::eTemporary, u"text.txt");
+        CString line;
+        inTemporary >> line;
+        EXPECT_EQ(line, CString(u"ab"));
+        signed char c = 0;
+        byName >> c;
+        EXPECT_EQ(c, 'a');
+        EXPECT_TRUE(zotest::IsFileOpen(folder.Path("text.txt")));
+    }
+    EXPECT_FALSE(zotest::IsFileOpen(folder.Path("text.txt"))) << "the stream owns the archive it opened and closes it";
+    for (const std::function<void()>& open : std::initializer_list<std::function<void()>>{
+             [&] { ZoStreamReadASCIIFile stream(folder.CPath("none.txt")); },
+             [] { ZoStreamReadASCIIFile stream(ZoClassSerialization::eTemporary, u"zo-none/none.txt"); }})
+        zotest::ExpectThrowSite<ZoExceptionStream>(open, "..\\base\\ZoStreamReadASCIIFile.cpp", "ZoStreamReadASCIIFile", "openFile", 94);
+}
+
+TEST(ZoStreamReadASCIIFileTest, ACallersArchiveStaysTheCallersAndAnUnreadableOneEndsAtOnce)
+{
+    unsigned char bytes[] = {'o', 'n', 'e', '\n', 't', 'w', 'o'};
+    CMemFile file(bytes, sizeof(bytes));
+    CArchive archive(&file, CArchive::load);
+    {
+        ZoStreamReadASCIIFile stream(archive);
+        CString line;
+        stream >> line;
+        EXPECT_EQ(line, CString(u"one"));
+    }
+    char rest[3] = {};
+    EXPECT_EQ(archive.Read(rest, 3), 3u);
+    EXPECT_EQ(std::string(rest, 3), "two");
+    // A storing archive cannot be read: the archive's exception becomes the end of the text.
+    CMemFile target;
+    CArchive storing(&target, CArchive::store);
+    ZoStreamReadASCIIFile fromStoring(storing);
+    EXPECT_EQ(readAllLines(fromStoring, 1, "ZoStreamReadASCIIFile"), Lines({""}));
 }
 
 } // namespace

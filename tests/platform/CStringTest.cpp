@@ -42,8 +42,9 @@ TEST(CStringTest, FormatWritesUnmatchedDirectivesAsTheyStand)
     EXPECT_EQ(fmt(CString::Formatted(u"%d and %s")), "%d and %s");
     EXPECT_EQ(fmt(CString::Formatted(u"%d and %s", 3)), "3 and %s");
     // An argument the directive cannot print is not reinterpreted.
-    EXPECT_EQ(fmt(CString::Formatted(u"%s", 3)), "%s");
-    EXPECT_EQ(fmt(CString::Formatted(u"%d", 2.5)), "%d");
+    EXPECT_EQ(fmt(CString::Formatted(u"%s %f", 3)), "%s %f");
+    for (const char16_t* format : {u"%d", u"%x", u"%c", u"%p"})
+        EXPECT_EQ(CString::Formatted(format, 2.5), CString(format));
     EXPECT_EQ(fmt(CString::Formatted(u"%q %", 1)), "%q %");
     // Widths and precisions past the largest field are refused, however many digits they have
     // (the diagnostic trace formats user text) and wherever they come from; the largest is kept.
@@ -85,7 +86,8 @@ TEST(CStringTest, AnsiIsWindows1252BothWays)
     for (const unsigned char undefined : {0x81, 0x8D, 0x8F, 0x90, 0x9D})
         EXPECT_EQ(CString::FromAnsi(reinterpret_cast<const char*>(&undefined), 1)[0], undefined);
     EXPECT_EQ(text.ToAnsi(), std::string(bytes, 5));
-    EXPECT_EQ(CString(u"\u4E2D!").ToAnsi(), "?!");
+    // U+0080..U+009F are not the code page's 0x80..0x9F, except where it leaves a byte undefined.
+    EXPECT_EQ(CString(u"\u4E2D!\u0080\u0081\u009F").ToAnsi(), "?!?\x81?");
 }
 
 TEST(CStringTest, SlicingSearchAndCaseClampTheirArguments)
