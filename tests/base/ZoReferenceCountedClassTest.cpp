@@ -9,9 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstdio>
-#include <cstdlib>
-#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -130,42 +127,6 @@ TEST(ZoConstructorTest, DefaultZeroFillsExactlyTheGivenBytes)
     ZoSmartPointer<const ZoConstructor> construct(new ZoConstructorDefault);
     construct->Init(bytes + 1, 4);
     EXPECT_EQ(std::vector<unsigned char>(bytes, bytes + 6), (std::vector<unsigned char>{1, 0, 0, 0, 0, 6}));
-}
-
-// Asks for itself while it is being built (the instance must already be visible); the first
-// construction throws, and later ones count.
-class Lazy : public ZoSingleton<Lazy>
-{
-public:
-    static std::atomic<int> s_attempts;
-    Lazy* seenDuringConstruction = nullptr;
-    ~Lazy() override { std::fputs("Lazy destroyed\n", stderr); }
-
-private:
-    friend class ZoSingleton<Lazy>;
-    Lazy()
-    {
-        if (++s_attempts == 1)
-            throw std::runtime_error("first construction fails");
-        seenDuringConstruction = &GetInstance();
-    }
-};
-std::atomic<int> Lazy::s_attempts{0};
-
-TEST(ZoSingletonTest, MadeOnFirstUseRetriedAfterAThrowAndGoneWithItsInstance)
-{
-    EXPECT_FALSE(Lazy::HasInstance());
-    EXPECT_THROW(Lazy::GetInstance(), std::runtime_error);
-    EXPECT_FALSE(Lazy::HasInstance()) << "a throwing constructor leaves no instance";
-    Lazy& first = Lazy::GetInstance();
-    EXPECT_TRUE(Lazy::HasInstance() && &first == &Lazy::GetInstance());
-    EXPECT_EQ(first.seenDuringConstruction, &first);
-    delete &first;
-    EXPECT_FALSE(Lazy::HasInstance());
-    Lazy::GetInstance();
-    EXPECT_TRUE(Lazy::HasInstance());
-    EXPECT_EQ(Lazy::s_attempts.load(), 3);
-    EXPECT_EXIT(std::exit(0), testing::ExitedWithCode(0), "Lazy destroyed") << "the instance is destroyed at exit";
 }
 
 // Slow to build: a racing thread that sees it half-built finds no payload.

@@ -29,21 +29,19 @@ public:
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
     HRESULT STDMETHODCALLTYPE GetData(FORMATETC* format, STGMEDIUM* medium) override
     {
-        if (format->cfFormat != CF_HDROP || m_names.empty())
+        if (QueryGetData(format) != S_OK)
             return DV_E_FORMATETC;
         std::wstring list;
         for (const std::wstring& name : m_names)
             list += name + L'\0';
-        list += L'\0';
-        const SIZE_T bytes = sizeof(DROPFILES) + list.size() * sizeof(wchar_t);
-        HGLOBAL global = ::GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes);
-        auto* header = static_cast<DROPFILES*>(::GlobalLock(global));
+        // Zero-filled, so the final null is already there.
+        medium->hGlobal = ::GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(DROPFILES) + (list.size() + 1) * sizeof(wchar_t));
+        auto* header = static_cast<DROPFILES*>(::GlobalLock(medium->hGlobal));
         header->pFiles = sizeof(DROPFILES);
         header->fWide = TRUE;
-        std::memcpy(reinterpret_cast<char*>(header) + sizeof(DROPFILES), list.data(), list.size() * sizeof(wchar_t));
-        ::GlobalUnlock(global);
+        std::memcpy(header + 1, list.data(), list.size() * sizeof(wchar_t));
+        ::GlobalUnlock(medium->hGlobal);
         medium->tymed = TYMED_HGLOBAL;
-        medium->hGlobal = global;
         medium->pUnkForRelease = nullptr;
         return S_OK;
     }
