@@ -53,7 +53,7 @@ struct Lapper
 // size (0) must get the default, not the minimum.
 uint32_t deepStack(void*)
 {
-    volatile unsigned char block[256 * 1024];
+    volatile unsigned char block[64 * 1024];
     for (size_t i = 0; i < sizeof block; i += 512)
         block[i] = static_cast<unsigned char>(i >> 9);
     return block[sizeof block - 512];
