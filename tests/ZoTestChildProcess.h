@@ -1,7 +1,6 @@
-// Runs a test of this very program in a second process, for tests that need several processes at
-// once or a process restart. The child test is a disabled test (DISABLED_ prefix), so it runs only
-// when asked for; it reads its instructions from the environment variable ZO_TEST_CHILD, which the
-// parent sets before it starts children, and names any file it writes after its own process id.
+// Runs a test of this program in a second process, for tests that need several processes at once or
+// a restart. The child is a disabled test (DISABLED_ prefix), run only when asked for; it reads its
+// instructions from ZO_TEST_CHILD and names any file it writes after its own process id.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -61,7 +60,7 @@ inline const char* ChildArgument()
     return std::getenv("ZO_TEST_CHILD");
 }
 
-// Sets what the next children read from ChildArgument(). Set it before starting any child thread.
+// Sets what the next children read from ChildArgument(), before any child starts.
 inline void SetChildArgument(const std::string& argument)
 {
 #if defined(_WIN32)

@@ -1,4 +1,8 @@
+// The synchronisation primitives: events, the abortable's event pair, critical sections.
+#include "base/ZoAbortable.h"
 #include "base/ZoArray.h"
+#include "base/ZoCriticalSection.h"
+#include "base/ZoCriticalSectionAuto.h"
 #include "base/ZoEvent.h"
 #include "platform/ZoOS.h"
 
@@ -7,46 +11,40 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <thread>
 #include <vector>
 
 namespace {
 
-// An array element that borrows `event`'s handle, as ZoArray copies elements as raw bytes.
-void addBorrowed(ZoArray<ZoEvent, 0>& events, const ZoEvent& event)
+// Events in an array borrow the handles of `members`, as ZoArray copies elements as raw bytes.
+void borrow(ZoArray<ZoEvent, 0>& events, std::initializer_list<const ZoEvent*> members)
 {
-    events.Add(event);
+    for (const ZoEvent* event : members)
+        events.Add(*event);
 }
 
-TEST(ZoEventTest, ManualAndAutoResetSignals)
+TEST(ZoEventTest, ManualAutoResetAndPulse)
 {
-    ZoEvent manual(true);
+    ZoEvent manual(true), automatic(false);
     EXPECT_EQ(manual.Wait(0), ZoEvent::eWaitTimeout);
-    EXPECT_FALSE(manual.IsSet());
     EXPECT_TRUE(manual.Set());
     EXPECT_EQ(manual.Wait(0), ZoEvent::eWaitSignaled);
     EXPECT_EQ(manual.Wait(INFINITE), ZoEvent::eWaitSignaled);
     EXPECT_TRUE(manual.IsSet()) << "a manual-reset event stays set through waits";
     EXPECT_TRUE(manual.Reset());
     EXPECT_FALSE(manual.IsSet());
-
-    ZoEvent automatic(false);
     EXPECT_TRUE(automatic.Set());
     EXPECT_TRUE(automatic.IsSet()) << "the test itself consumes the signal";
     EXPECT_FALSE(automatic.IsSet());
     EXPECT_TRUE(automatic.Set());
     EXPECT_EQ(ZoEvent::WaitForSingleEvent(automatic, 0), ZoEvent::eWaitSignaled);
     EXPECT_EQ(ZoEvent::WaitForSingleEvent(automatic, 0), ZoEvent::eWaitTimeout);
-
-    // A pulse with nobody waiting is lost, for both kinds.
-    EXPECT_TRUE(manual.Pulse());
-    EXPECT_FALSE(manual.IsSet());
+    // A pulse with nobody waiting is lost, for both kinds, and leaves the event reset.
     EXPECT_TRUE(automatic.Pulse());
     EXPECT_FALSE(automatic.IsSet());
     manual.Set();
     EXPECT_TRUE(manual.Pulse());
-    EXPECT_FALSE(manual.IsSet()) << "a pulse leaves the event reset";
+    EXPECT_FALSE(manual.IsSet());
 }
 
 TEST(ZoEventTest, CopiesNameTheSameEvent)
@@ -56,13 +54,10 @@ TEST(ZoEventTest, CopiesNameTheSameEvent)
     EXPECT_NE(copy.GetHandle(), original.GetHandle());
     original.Set();
     EXPECT_TRUE(copy.IsSet());
-
     ZoEvent assigned(false);
     assigned = original;
-    EXPECT_TRUE(assigned.IsSet()) << "assignment drops the auto-reset event and names the manual one";
     assigned.Reset();
-    EXPECT_FALSE(original.IsSet());
-
+    EXPECT_FALSE(original.IsSet()) << "assignment drops the auto-reset event and names the manual one";
     const HANDLE before = assigned.GetHandle();
     assigned = assigned;
     EXPECT_EQ(assigned.GetHandle(), before);
@@ -70,14 +65,16 @@ TEST(ZoEventTest, CopiesNameTheSameEvent)
     EXPECT_TRUE(original.IsSet());
 }
 
-TEST(ZoEventTest, ClosedHandleFailsAloneButSignalsInASet)
+// Every operation clears the last error first, so that a success never shows an earlier failure;
+// a failure leaves the system's cause readable.
+TEST(ZoEventTest, ClosedHandleFailsAloneButSignalsInASetAndErrorsAreFresh)
 {
     ZoEvent live(false);
     ZoArray<ZoEvent, 0> events;
-    addBorrowed(events, live);
+    borrow(events, {&live});
     {
         ZoEvent closedSoon(true);
-        addBorrowed(events, closedSoon);
+        events.Add(closedSoon);
     }
     // The multiple wait answers "signalled" for a set it cannot wait on; the single wait reports
     // the failure.
@@ -85,39 +82,29 @@ TEST(ZoEventTest, ClosedHandleFailsAloneButSignalsInASet)
     EXPECT_EQ(ZoEvent::WaitForMultipleEvents(events, true, 0), ZoEvent::eWaitSignaled);
     EXPECT_EQ(ZoEvent::WaitForSingleEvent(events[1], 0), ZoEvent::eWaitFailed);
     EXPECT_FALSE(live.IsSet()) << "the failed waits consumed nothing";
-
     ZoOS::SetLastErrorCode(0);
     EXPECT_FALSE(events[1].Set());
-    EXPECT_NE(ZoOS::GetLastErrorCode(), 0u) << "a failure leaves the system's cause readable";
-    EXPECT_TRUE(live.Set());
+    EXPECT_NE(ZoOS::GetLastErrorCode(), 0u);
+    EXPECT_EQ(ZoEvent::WaitForMultipleEvents(ZoArray<ZoEvent, 0>(), false, 0), ZoEvent::eWaitSignaled);
+    ZoOS::SetLastErrorCode(5);
+    EXPECT_FALSE(live.IsSet());
     EXPECT_EQ(ZoOS::GetLastErrorCode(), 0u) << "every operation clears the last error first";
-
-    const ZoArray<ZoEvent, 0> none;
-    EXPECT_EQ(ZoEvent::WaitForMultipleEvents(none, false, 0), ZoEvent::eWaitSignaled);
 }
 
+// The OS layer's test shows which signals a multiple wait consumes; here the results it maps.
 TEST(ZoEventTest, WaitAnyAndWaitAll)
 {
     ZoEvent first(false), second(false);
     ZoArray<ZoEvent, 0> events;
-    addBorrowed(events, first);
-    addBorrowed(events, second);
-
-    EXPECT_EQ(ZoEvent::WaitForMultipleEvents(events, false, 0), ZoEvent::eWaitTimeout);
+    borrow(events, {&first, &second});
     EXPECT_EQ(ZoEvent::WaitForMultipleEvents(events, false, 10), ZoEvent::eWaitTimeout);
     second.Set();
     EXPECT_EQ(ZoEvent::WaitForMultipleEvents(events, true, 0), ZoEvent::eWaitTimeout);
-    EXPECT_TRUE(second.IsSet()) << "an unsatisfied wait for all consumes no signal";
-
-    second.Set();
     EXPECT_EQ(ZoEvent::WaitForMultipleEvents(events, false, 0), ZoEvent::eWaitSignaled);
-    EXPECT_FALSE(second.IsSet()) << "the satisfied wait for any consumed the auto-reset signal";
-
     first.Set();
     second.Set();
     EXPECT_EQ(ZoEvent::WaitForMultipleEvents(events, true, 0), ZoEvent::eWaitSignaled);
-    EXPECT_FALSE(first.IsSet());
-    EXPECT_FALSE(second.IsSet());
+    EXPECT_FALSE(first.IsSet() || second.IsSet());
 }
 
 // Threads that each wait once for the event, through a copy of their own (copies name one event),
@@ -147,7 +134,6 @@ TEST(ZoEventConcurrentTest, SetReleasesEveryWaiterAutoResetOnePerSignalPulseOnly
     manual.Set();
     all.Join();
     EXPECT_EQ(all.released.load(), 3);
-
     ZoEvent turn(false);
     Waiters oneByOne(turn, 3);
     for (int signal = 1; signal <= 3; ++signal) {
@@ -157,7 +143,6 @@ TEST(ZoEventConcurrentTest, SetReleasesEveryWaiterAutoResetOnePerSignalPulseOnly
     }
     oneByOne.Join();
     EXPECT_FALSE(turn.IsSet());
-
     // A pulse reaches only threads already waiting: keep pulsing until every thread was caught
     // waiting once.
     ZoEvent pulse(true);
@@ -167,25 +152,83 @@ TEST(ZoEventConcurrentTest, SetReleasesEveryWaiterAutoResetOnePerSignalPulseOnly
         return pulsed.released.load() == 4;
     }));
     EXPECT_FALSE(pulse.IsSet());
-}
-
-TEST(ZoEventConcurrentTest, WaitForAllNeedsEverySignalAtOnce)
-{
+    // A sleeping wait for all wakes only once both signals are there, and consumes both.
     ZoEvent first(false), second(false);
-    ZoArray<ZoEvent, 0> events;
-    addBorrowed(events, first);
-    addBorrowed(events, second);
-    std::atomic<bool> done{false};
-    std::thread waiter([&] {
-        EXPECT_EQ(ZoEvent::WaitForMultipleEvents(events, true, INFINITE), ZoEvent::eWaitSignaled);
-        done = true;
-    });
+    ZoArray<ZoEvent, 0> both;
+    borrow(both, {&first, &second});
+    std::thread waiter([&] { EXPECT_EQ(ZoEvent::WaitForMultipleEvents(both, true, INFINITE), ZoEvent::eWaitSignaled); });
     first.Set();
     second.Set();
     waiter.join();
-    EXPECT_TRUE(done.load());
     EXPECT_FALSE(first.IsSet());
     EXPECT_FALSE(second.IsSet());
+}
+
+TEST(ZoAbortableTest, OwnedEventsStartIdleBorrowedOnesAreReset)
+{
+    ZoAbortable owning;
+    EXPECT_FALSE(owning.GetTerminateEvent().IsSet());
+    EXPECT_TRUE(owning.GetTerminatedEvent().IsSet());
+    ZoEvent terminate(true), terminated(true);
+    terminate.Set();
+    const ZoAbortable borrowing(terminate, terminated);
+    EXPECT_EQ(&borrowing.GetTerminateEvent(), &terminate);
+    EXPECT_EQ(&borrowing.GetTerminatedEvent(), &terminated);
+    EXPECT_FALSE(terminate.IsSet()) << "the constructor resets the terminate event";
+    EXPECT_TRUE(terminated.IsSet()) << "and sets the terminated event";
+}
+
+TEST(ZoCriticalSectionTest, RecursionGuardsAndAssignment)
+{
+    ZoCriticalSection lock;
+    EXPECT_EQ(lock.GetSpinCount(), 4000u);
+    lock.Enter();
+    EXPECT_TRUE(lock.TryEnter());
+    {
+        ZoCriticalSectionAuto guard(lock);
+        EXPECT_EQ(lock.GetRecursionCount(), 3);
+        guard.LeaveEarly();
+        guard.LeaveEarly();
+        EXPECT_EQ(lock.GetRecursionCount(), 2) << "leaving early twice leaves once";
+    }
+    lock.Leave();
+    lock.Leave();
+    EXPECT_EQ(lock.GetRecursionCount(), 0);
+    {
+        ZoCriticalSectionAuto guard(&lock);
+        EXPECT_EQ(lock.GetRecursionCount(), 1);
+    }
+    EXPECT_EQ(lock.GetRecursionCount(), 0);
+    ZoCriticalSection configured(17), assigned;
+    assigned = configured;
+    EXPECT_EQ(assigned.GetSpinCount(), 17u) << "assignment copies the configuration, not the ownership";
+    assigned.Enter();
+    EXPECT_EQ(configured.GetRecursionCount(), 0);
+    assigned.Leave();
+}
+
+TEST(ZoCriticalSectionConcurrentTest, ExcludesOtherThreads)
+{
+    ZoCriticalSection lock;
+    long long shared = 0;
+    auto worker = [&] {
+        for (int i = 0; i < 50000; ++i) {
+            ZoCriticalSectionAuto guard(lock);
+            ZoCriticalSectionAuto nested(lock);
+            ++shared;
+        }
+    };
+    std::thread a(worker), b(worker);
+    a.join(), b.join();
+    EXPECT_EQ(shared, 100000);
+    lock.Enter();
+    std::atomic<bool> otherCouldEnter{false};
+    std::thread probe([&] { otherCouldEnter = lock.TryEnter(); });
+    probe.join();
+    lock.Leave();
+    EXPECT_FALSE(otherCouldEnter.load());
+    EXPECT_EQ(&GetCriticalSectionSingleton(), &GetCriticalSectionSingleton());
+    EXPECT_NE(&GetCriticalSectionSingleton(), &GetCriticalSectionWeakPointerBase());
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "base/ZoAssertDialog.h"
 #include "base/ZoException.h"
 #include "base/ZoExceptionContainer.h"
 #include "base/ZoExceptionDivisionByZero.h"
@@ -109,24 +110,18 @@ TEST(ZoExceptionTest, ReportPiecesOmitWhatIsUnknown)
 TEST(ZoExceptionTest, TypedConstructorsKeepTheirCodeAndCopiesKeepEveryField)
 {
     const ZoException typed(42, u"f.cpp", u"C", u"m", 9, u"Custom");
-    EXPECT_EQ(typed.GetExceptionType(), 42u);
     ZoException copy(u"", u"", u"", 0);
     copy = typed;
-    EXPECT_EQ(copy.GetExceptionName(), CString(u"Custom"));
-    EXPECT_EQ(copy.GetFileName(), CString(u"f.cpp"));
-    EXPECT_EQ(copy.GetThrowingClassName(), CString(u"C"));
-    EXPECT_EQ(copy.GetThrowingMethodName(), CString(u"m"));
-    EXPECT_EQ(copy.GetCodeLine(), 9u);
+    EXPECT_EQ(copy.GetExceptionType(), 42u);
+    EXPECT_EQ(copy.Where() + copy.GetExceptionName() + copy.GetThrowingClassName() + copy.GetThrowingMethodName(),
+              CString(u"f.cpp(9):CustomCm"));
     EXPECT_EQ(ZoException(7, u"f", u"c", u"m", 1).GetExceptionName(), CString(u"ZoException"));
 }
 
 TEST(ZoLatestErrorTest, CapturesTheNumberAndTheSystemText)
 {
     ZoOS::SetLastErrorCode(0);
-    const ZoLatestError none;
-    EXPECT_FALSE(none.IsError());
-    EXPECT_EQ(none.GetLatestErrorNumber(), 0u);
-
+    EXPECT_FALSE(ZoLatestError().IsError());
     const uint32_t code = ZoOS::GetErrorText(2).IsEmpty() ? 1 : 2;
     ZoOS::SetLastErrorCode(code);
     ZoLatestError error;
@@ -135,10 +130,34 @@ TEST(ZoLatestErrorTest, CapturesTheNumberAndTheSystemText)
     const CString& text = error.GetLatestErrorMessage();
     ASSERT_GT(text.GetLength(), 1);
     EXPECT_EQ(text[text.GetLength() - 1], u'\n');
-
     ZoOS::SetLastErrorCode(0);
     error.Update();
     EXPECT_FALSE(error.IsError());
+}
+
+TEST(ZoAssertDialogTest, ReportsFileLineAndExpressionThenFollowsThePolicy)
+{
+    EXPECT_EQ(ZoAssertDialog::FormatReport("lib/a.cpp", 42, "count > 0"),
+              CString(u"Assertion failed: count > 0, file lib/a.cpp, line 42"));
+    EXPECT_EQ(ZoAssertDialog::GetPolicy(), ZoAssertDialog::eAbort) << "the default";
+#if defined(_WIN32)
+    GTEST_SKIP() << "the report is a message box there, not text on standard error";
+#else
+    ZoAssertDialog::SetPolicy(ZoAssertDialog::eContinue);
+    testing::internal::CaptureStderr();
+    int evaluated = 0;
+    ZO_ASSERT(++evaluated == 1);
+    ZO_ASSERT(evaluated == 2);
+    const std::string shown = testing::internal::GetCapturedStderr();
+    ZoAssertDialog::SetPolicy(ZoAssertDialog::eAbort);
+    EXPECT_EQ(evaluated, 1) << "the expression is evaluated once";
+    EXPECT_EQ(shown, "Assertion: Assertion failed: evaluated == 2, file " __FILE__ ", line " + std::to_string(__LINE__ - 4) + "\n");
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(ZO_ASSERT(evaluated == 3), "Assertion failed: evaluated == 3");
+    ZoAssertDialog::SetPolicy(ZoAssertDialog::eBreak);
+    EXPECT_EXIT(ZO_ASSERT(evaluated == 4), testing::KilledBySignal(SIGTRAP), "evaluated == 4");
+    ZoAssertDialog::SetPolicy(ZoAssertDialog::eAbort);
+#endif
 }
 
 } // namespace

@@ -1,24 +1,35 @@
+// The timer and the classes that measure with it (time tracker, animated object), all driven by a
+// clock the test moves by hand.
+#include "base/ZoAnimatedObject.h"
+#include "base/ZoExceptionPreconditionViolation.h"
 #include "base/ZoPerformanceCounter.h"
+#include "base/ZoRTTI.h"
+#include "base/ZoStreamWriteASCIIString.h"
+#include "base/ZoTimeTracker.h"
 #include "base/ZoTimer.h"
+
+#include "ZoTestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cfloat>
 #include <cstdint>
+#include <vector>
 
 namespace {
 
-// A clock the test moves by hand. Tick 0 would read as "not set" in the timer, so it starts later.
-std::atomic<int64_t> g_fakeTicks{1000000};
+// Tick 0 would read as "not set" in the timer, so the clock starts later.
+std::atomic<int64_t> g_ticks{1000000};
 
 int64_t fakeTicks()
 {
-    return g_fakeTicks.load();
+    return g_ticks.load();
 }
 
 void advance(int64_t ticks)
 {
-    g_fakeTicks += ticks;
+    g_ticks += ticks;
 }
 
 // A counter over the fake clock at `frequency` ticks a second: a million for microseconds, a
@@ -30,24 +41,14 @@ const ZoPerformanceCounter& counter()
     return instance;
 }
 
-TEST(ZoTimerTest, ProcessCounterIsMonotonic)
+TEST(ZoTimerTest, ElapsedStopBreakResumeAndResolution)
 {
-    ZoPerformanceCounter& process = ZoPerformanceCounter::GetInstance();
 #if !defined(_WIN32)
-    EXPECT_EQ(process.GetFrequency(), 1000000000);
+    EXPECT_EQ(ZoTimer().GetFrequency(), 1000000000) << "the process's counter is the monotonic clock in nanoseconds";
 #endif
-    EXPECT_GT(process.GetFrequency(), 0);
-    int64_t previous = process.GetTicks();
-    for (int i = 0; i < 1000; ++i) {
-        const int64_t now = process.GetTicks();
-        ASSERT_GE(now, previous);
-        previous = now;
-    }
-}
-
-TEST(ZoTimerTest, ElapsedTimeStopAndResolution)
-{
+    EXPECT_GT(ZoPerformanceCounter::GetInstance().GetFrequency(), 0);
     ZoTimer timer(counter<1000000>());
+    EXPECT_EQ(timer.GetResolution(), ZoTimer::eMilliseconds);
     timer.Start();
     advance(1500000);
     EXPECT_EQ(timer.GetElapsedTime(), 1500);
@@ -57,48 +58,36 @@ TEST(ZoTimerTest, ElapsedTimeStopAndResolution)
     timer.Stop();
     advance(700000);
     EXPECT_EQ(timer.GetElapsedTime(), 1500) << "a stopped timer stands still";
-
+    timer.Start();
+    advance(100000);
+    timer.Break();
+    advance(250000);
+    EXPECT_EQ(timer.GetElapsedTime(), 100) << "a break freezes the measurement";
+    timer.Resume();
+    advance(30000);
+    EXPECT_EQ(timer.GetElapsedTime(), 130) << "and Resume cuts the break out";
+    timer.StartAndBreak();
+    advance(80000);
+    EXPECT_EQ(timer.GetElapsedTime(), 0);
+    timer.Resume();
+    advance(20000);
+    timer.Resume();
+    EXPECT_EQ(timer.GetElapsedTime(), 20) << "resume without a break changes nothing";
+    timer.Break();
+    advance(10000);
+    timer.Stop();
+    EXPECT_EQ(timer.GetElapsedTime(), 30) << "Stop ends the break and measures to now";
     // Nanosecond results over hours of nanosecond ticks: the intermediate product must not overflow.
     ZoTimer longRun(counter<1000000000>());
     longRun.SetResolution(ZoTimer::eNanoseconds);
     longRun.Start();
     advance(int64_t(3600) * 1000000000);
     EXPECT_EQ(longRun.GetElapsedTime(), int64_t(3600) * 1000000000);
-
     ZoTimer millisecondTimer(counter<1000>());
     millisecondTimer.Start();
     advance(42);
     millisecondTimer.SetResolution(ZoTimer::eMicroseconds);
     EXPECT_EQ(millisecondTimer.GetElapsedTime(), 42000) << "whole milliseconds only";
-}
-
-TEST(ZoTimerTest, BreakAndResumeCutTheBreakOut)
-{
-    ZoTimer timer(counter<1000000>());
-    timer.Start();
-    advance(100000);
-    timer.Break();
-    advance(250000);
-    EXPECT_EQ(timer.GetElapsedTime(), 100);
-    advance(50000);
-    EXPECT_EQ(timer.GetElapsedTime(), 100) << "a break without resume reports the same time on every call";
-    timer.Resume();
-    advance(30000);
-    EXPECT_EQ(timer.GetElapsedTime(), 130);
-
-    timer.StartAndBreak();
-    advance(80000);
-    EXPECT_EQ(timer.GetElapsedTime(), 0);
-    timer.Resume();
-    advance(20000);
-    EXPECT_EQ(timer.GetElapsedTime(), 20);
-    timer.Resume();
-    EXPECT_EQ(timer.GetElapsedTime(), 20) << "resume without a break changes nothing";
-
-    timer.Break();
-    advance(10000);
-    timer.Stop();
-    EXPECT_EQ(timer.GetElapsedTime(), 30) << "Stop ends the break and measures to now";
 }
 
 TEST(ZoTimerTest, SubtractMovesTheStartBack)
@@ -112,7 +101,6 @@ TEST(ZoTimerTest, SubtractMovesTheStartBack)
     timer.Subtract(1);
     timer.SetResolution(ZoTimer::eMicroseconds);
     EXPECT_EQ(timer.GetElapsedTime(), 1620000);
-
     timer.Reset();
     timer.Start();
     timer.SetResolution(ZoTimer::eMilliseconds);
@@ -128,7 +116,6 @@ TEST(ZoTimerTest, PauseIntervalFreezesDuringABreak)
     EXPECT_FALSE(timer.IsPause()) << "no interval started";
     timer.Start();
     timer.StartPause(500);
-    EXPECT_TRUE(timer.IsPause());
     advance(499999);
     EXPECT_TRUE(timer.IsPause());
     timer.Break();
@@ -138,11 +125,9 @@ TEST(ZoTimerTest, PauseIntervalFreezesDuringABreak)
     EXPECT_TRUE(timer.IsPause()) << "the break was cut out of the interval";
     advance(1);
     EXPECT_FALSE(timer.IsPause());
-
     timer.StartPause(500);
     timer.Stop();
     EXPECT_FALSE(timer.IsPause()) << "a stopped timer has no pause";
-
     ZoTimer coarse(counter<1000>());
     coarse.Start();
     coarse.StartPause(10);
@@ -150,6 +135,105 @@ TEST(ZoTimerTest, PauseIntervalFreezesDuringABreak)
     EXPECT_TRUE(coarse.IsPause());
     advance(1);
     EXPECT_FALSE(coarse.IsPause());
+}
+
+TEST(ZoTimeTrackerTest, NestedPhasesWriteIndentedStartAndStopLines)
+{
+    ZoStreamWriteASCIIString text;
+    ZoTimeTracker tracker(text, counter<1000000>());
+    tracker.Start(u"load");
+    advance(250);
+    {
+        ZoTimeTracker::Phase parse(tracker, u"parse");
+        EXPECT_EQ(tracker.GetDepth(), 2u);
+        advance(12345);
+    }
+    tracker.Start(u"check");
+    advance(1);
+    EXPECT_DOUBLE_EQ(tracker.Stop(), 0.001);
+    advance(7404);
+    EXPECT_DOUBLE_EQ(tracker.Stop(), 20.0);
+    EXPECT_EQ(tracker.GetDepth(), 0u);
+    EXPECT_EQ(text.GetText(), CString(u"start load\n"
+                                      u"  start parse\n"
+                                      u"  stop parse: 12.345 ms\n"
+                                      u"  start check\n"
+                                      u"  stop check: 0.001 ms\n"
+                                      u"stop load: 20.000 ms\n"));
+    zotest::ExpectThrowSite<ZoExceptionPreconditionViolation>([&] { tracker.Stop(); }, "..\\base\\ZoTimeTracker.cpp",
+                                                              "ZoTimeTracker", "Stop", 24);
+}
+
+// Records every frame and every clean-up; runs on the millisecond fake clock.
+class Fade : public ZoAnimatedObject
+{
+public:
+    Fade() : ZoAnimatedObject(counter<1000>()) {}
+    void Begin(int endless) { startAnimation(endless); }
+    void RequestStop() { stopEndlessAnimation(); }
+    std::vector<float> frames;
+    int cleanups = 0;
+
+protected:
+    void continueAnimation(float progress) override { frames.push_back(progress); }
+    void onCleanAfterAnimation() override { ++cleanups; }
+};
+
+TEST(ZoAnimatedObjectTest, FiniteAnimationReportsProgressThenEndsOnce)
+{
+    Fade fade;
+    EXPECT_FLOAT_EQ(fade.GetAnimationLength(), 300.0f);
+    fade.Begin(0);
+    EXPECT_TRUE(fade.IsAnimationRunning());
+    EXPECT_EQ(fade.ContinueAnimation(), 1);
+    advance(150);
+    EXPECT_EQ(fade.ContinueAnimation(), 1);
+    advance(150);
+    EXPECT_EQ(fade.ContinueAnimation(), 0);
+    EXPECT_FALSE(fade.IsAnimationRunning());
+    EXPECT_EQ(fade.cleanups, 1);
+    advance(1000);
+    EXPECT_EQ(fade.ContinueAnimation(), 0) << "the stopped timer keeps the animation at its end";
+    EXPECT_EQ(fade.frames, (std::vector<float>{0.0f, 0.5f, 1.0f, 1.0f}));
+    Fade late;
+    late.Begin(0);
+    advance(5000);
+    EXPECT_EQ(late.ContinueAnimation(), 0);
+    EXPECT_EQ(late.frames, (std::vector<float>{1.0f})) << "a late poll gets exactly 1.0, never more";
+    EXPECT_EQ(late.cleanups, 1);
+    EXPECT_TRUE(late.IsKindOf(ZoAnimatedObject::RTTI));
+    EXPECT_EQ(ZoRTTI::Find(CString(u"ZoAnimatedObject")), &ZoAnimatedObject::RTTI);
+}
+
+TEST(ZoAnimatedObjectTest, EndlessZeroLengthEndAndTerminate)
+{
+    Fade spinner;
+    spinner.Begin(1);
+    advance(1234);
+    EXPECT_EQ(spinner.ContinueAnimation(), 1);
+    advance(10000);
+    EXPECT_EQ(spinner.ContinueAnimation(), 1) << "an endless animation does not end with its length";
+    EXPECT_FALSE(spinner.IsEndlessAnimationStopped());
+    spinner.RequestStop();
+    EXPECT_TRUE(spinner.IsEndlessAnimationStopped());
+    EXPECT_EQ(spinner.ContinueAnimation(), 0);
+    EXPECT_EQ(spinner.frames, (std::vector<float>{1234.0f, 11234.0f, FLT_MAX}));
+    EXPECT_EQ(spinner.cleanups, 1);
+    Fade zero, ended, terminated;
+    zero.SetAnimationLength(0.0f);
+    EXPECT_FALSE(zero.IsAnimated());
+    zero.Begin(0);
+    EXPECT_EQ(zero.ContinueAnimation(), 0);
+    ended.Begin(0);
+    ended.EndAnimation();
+    terminated.Begin(0);
+    terminated.TerminateAnimation();
+    EXPECT_FALSE(terminated.IsAnimationRunning());
+    for (Fade* fade : {&zero, &ended, &terminated})
+        EXPECT_EQ(fade->cleanups, 1);
+    EXPECT_EQ(zero.frames, (std::vector<float>{1.0f}));
+    EXPECT_EQ(ended.frames, (std::vector<float>{1.0f}));
+    EXPECT_TRUE(terminated.frames.empty()) << "no final frame";
 }
 
 } // namespace

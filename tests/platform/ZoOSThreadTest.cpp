@@ -1,4 +1,4 @@
-// The thread and event layer of ZoOS, driven directly; the same cases run on both targets.
+// The thread, event and calendar layer of ZoOS, driven directly; the same cases run on both targets.
 #include "platform/ZoOS.h"
 
 #include "ZoTestSupport.h"
@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <thread>
 #include <vector>
@@ -27,38 +28,36 @@ uint32_t countAndReturn(void* argument)
     return 42;
 }
 
-// Counts its laps until `stop` is set; every lap is one of the layer's waits, where a terminated
-// POSIX thread ends.
+// Counts its laps until `stop` is set. Until `waits` is set it only spins, with errno left at EINTR
+// (a stopped POSIX thread must not mistake that stale value for an interrupted wait and stay
+// stopped); afterwards every lap is one of the layer's waits, where a terminated POSIX thread ends.
 struct Lapper
 {
     HANDLE stop = ZoOS::CreateEventObject(true, false);
+    std::atomic<bool> waits{false};
     std::atomic<long long> laps{0};
     ~Lapper() { ZoOS::CloseObjectHandle(stop); }
-
     static uint32_t Run(void* argument)
     {
         auto& self = *static_cast<Lapper*>(argument);
+        errno = EINTR;
+        while (!self.waits.load())
+            ++self.laps;
         while (ZoOS::WaitForObject(self.stop, 0) == ZoOS::sc_waitTimeout)
             ++self.laps;
         return 3;
     }
 };
 
-// Closes every handle of the test at the end, even after a failed assertion.
-struct Handles
+// Needs far more stack than the smallest a system allows: a thread made with the default stack
+// size (0) must get the default, not the minimum.
+uint32_t deepStack(void*)
 {
-    std::vector<HANDLE> all;
-    HANDLE Add(HANDLE handle)
-    {
-        all.push_back(handle);
-        return handle;
-    }
-    ~Handles()
-    {
-        for (HANDLE handle : all)
-            ZoOS::CloseObjectHandle(handle);
-    }
-};
+    volatile unsigned char block[64 * 1024];
+    for (size_t i = 0; i < sizeof block; i += 512)
+        block[i] = static_cast<unsigned char>(i >> 9);
+    return block[sizeof block - 512];
+}
 
 TEST(ZoOSThreadConcurrentTest, SuspendedCreationCountsResumesAndExitCodesAndTheThreadOutlivesItsClosedHandle)
 {
@@ -73,7 +72,6 @@ TEST(ZoOSThreadConcurrentTest, SuspendedCreationCountsResumesAndExitCodesAndTheT
     EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 2u);
     EXPECT_EQ(exitCodeOf(thread), STILL_ACTIVE);
     EXPECT_EQ(ran.load(), 0) << "still suspended once";
-
     // From here on the thread is reached through a duplicate only.
     const HANDLE duplicate = ZoOS::DuplicateObjectHandle(thread, false);
     ASSERT_NE(duplicate, nullptr);
@@ -109,6 +107,9 @@ TEST(ZoOSThreadConcurrentTest, SuspendStopsARunningThreadResumeCountsDownAndTerm
     EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 1u);
     EXPECT_TRUE(zotest::WaitUntil([&] { return lapper.laps.load() > frozen; }));
     EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 0u) << "resuming a running thread changes nothing";
+    lapper.waits = true;
+    const long long spun = lapper.laps.load();
+    ASSERT_TRUE(zotest::WaitUntil([&] { return lapper.laps.load() > spun + 10; }));
     ASSERT_EQ(ZoOS::SuspendThreadObject(thread), 0u);
     EXPECT_TRUE(ZoOS::TerminateThreadObject(thread, 9));
     EXPECT_EQ(ZoOS::WaitForObject(thread, sc_longWaitMs), ZoOS::sc_waitObject0);
@@ -116,7 +117,7 @@ TEST(ZoOSThreadConcurrentTest, SuspendStopsARunningThreadResumeCountsDownAndTerm
     EXPECT_TRUE(ZoOS::CloseObjectHandle(thread));
 }
 
-TEST(ZoOSThreadConcurrentTest, TerminateEndsAThreadNeverResumed)
+TEST(ZoOSThreadConcurrentTest, TerminateEndsAThreadNeverResumedAndDefaultStacksAreFullSize)
 {
     std::atomic<int> ran{0};
     uint32_t id = 0;
@@ -127,14 +128,19 @@ TEST(ZoOSThreadConcurrentTest, TerminateEndsAThreadNeverResumed)
     EXPECT_EQ(exitCodeOf(held), 7u);
     EXPECT_EQ(ran.load(), 0) << "the routine never started";
     EXPECT_TRUE(ZoOS::CloseObjectHandle(held));
+    for (const uint32_t stackSize : {0u, 1024u * 1024u}) {
+        const HANDLE deep = ZoOS::CreateThreadObject(&deepStack, nullptr, stackSize, false, id);
+        ASSERT_NE(deep, nullptr);
+        EXPECT_EQ(ZoOS::WaitForObject(deep, sc_longWaitMs), ZoOS::sc_waitObject0);
+        ZoOS::CloseObjectHandle(deep);
+    }
 }
 
-TEST(ZoOSThreadTest, WaitsTakeAtMost64HandlesAndConsumeOnlyWhenSatisfied)
+TEST(ZoOSThreadConcurrentTest, WaitsTakeAtMost64HandlesConsumeOnlyWhenSatisfiedAndWakeOnTheLast)
 {
-    Handles handles;
     std::vector<HANDLE> events;
     for (uint32_t i = 0; i <= ZoOS::sc_maximumWaitObjects; ++i)
-        events.push_back(handles.Add(ZoOS::CreateEventObject(false, true)));
+        events.push_back(ZoOS::CreateEventObject(false, true));
     ASSERT_EQ(events.size(), 65u);
     EXPECT_EQ(ZoOS::WaitForObjects(65, events.data(), false, 0), ZoOS::sc_waitFailed);
     EXPECT_EQ(ZoOS::WaitForObjects(65, events.data(), true, 0), ZoOS::sc_waitFailed);
@@ -144,13 +150,18 @@ TEST(ZoOSThreadTest, WaitsTakeAtMost64HandlesAndConsumeOnlyWhenSatisfied)
     EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), false, 0), ZoOS::sc_waitTimeout);
     EXPECT_EQ(ZoOS::WaitForObject(events[64], 0), ZoOS::sc_waitObject0);
     // Wait for any: the lowest signalled index wins and only its signal is consumed.
-    ASSERT_TRUE(ZoOS::SetEventObject(events[63]));
-    ASSERT_TRUE(ZoOS::SetEventObject(events[40]));
+    ASSERT_TRUE(ZoOS::SetEventObject(events[63]) && ZoOS::SetEventObject(events[40]));
     EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), true, 0), ZoOS::sc_waitTimeout);
     EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), false, 0), ZoOS::sc_waitObject0 + 40);
     EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), false, 0), ZoOS::sc_waitObject0 + 63);
     EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), false, 0), ZoOS::sc_waitTimeout);
-
+    // A sleeping wait for any of 64 wakes on the last one and consumes its signal.
+    std::atomic<uint32_t> result{0};
+    std::thread waiter([&] { result = ZoOS::WaitForObjects(64, events.data(), false, sc_longWaitMs); });
+    ZoOS::SetEventObject(events[63]);
+    waiter.join();
+    EXPECT_EQ(result.load(), ZoOS::sc_waitObject0 + 63);
+    EXPECT_EQ(ZoOS::WaitForObject(events[63], 0), ZoOS::sc_waitTimeout);
     // One closed handle among them fails the whole wait.
     std::vector<HANDLE> withClosed(events.begin(), events.begin() + 3);
     withClosed[1] = ZoOS::CreateEventObject(true, true);
@@ -158,20 +169,8 @@ TEST(ZoOSThreadTest, WaitsTakeAtMost64HandlesAndConsumeOnlyWhenSatisfied)
     ZoOS::SetEventObject(events[0]);
     EXPECT_EQ(ZoOS::WaitForObjects(3, withClosed.data(), false, 0), ZoOS::sc_waitFailed);
     EXPECT_EQ(ZoOS::WaitForObject(events[0], 0), ZoOS::sc_waitObject0) << "the failed wait consumed nothing";
-}
-
-TEST(ZoOSThreadConcurrentTest, AWaitForAnyOf64WakesOnTheLastOne)
-{
-    Handles handles;
-    std::vector<HANDLE> events;
-    for (uint32_t i = 0; i < ZoOS::sc_maximumWaitObjects; ++i)
-        events.push_back(handles.Add(ZoOS::CreateEventObject(false, false)));
-    std::atomic<uint32_t> result{0};
-    std::thread waiter([&] { result = ZoOS::WaitForObjects(64, events.data(), false, sc_longWaitMs); });
-    ZoOS::SetEventObject(events[63]);
-    waiter.join();
-    EXPECT_EQ(result.load(), ZoOS::sc_waitObject0 + 63);
-    EXPECT_EQ(ZoOS::WaitForObject(events[63], 0), ZoOS::sc_waitTimeout) << "the waiter consumed the signal";
+    for (HANDLE event : events)
+        ZoOS::CloseObjectHandle(event);
 }
 
 TEST(ZoOSThreadTest, DuplicatesNameOneObjectAndClosedHandlesFail)
@@ -180,10 +179,8 @@ TEST(ZoOSThreadTest, DuplicatesNameOneObjectAndClosedHandlesFail)
     std::vector<HANDLE> originals, duplicates;
     for (int i = 0; i < 300; ++i) {
         originals.push_back(ZoOS::CreateEventObject(true, false));
-        ASSERT_NE(originals.back(), nullptr);
         duplicates.push_back(ZoOS::DuplicateObjectHandle(originals.back(), false));
-        ASSERT_NE(duplicates.back(), nullptr);
-        ASSERT_NE(duplicates.back(), originals.back());
+        ASSERT_TRUE(originals.back() != nullptr && duplicates.back() != nullptr && duplicates.back() != originals.back());
     }
     for (int i = 0; i < 300; ++i) {
         SCOPED_TRACE(testing::Message() << "event " << i);
@@ -192,8 +189,7 @@ TEST(ZoOSThreadTest, DuplicatesNameOneObjectAndClosedHandlesFail)
         ASSERT_TRUE(ZoOS::SetEventObject(duplicates[i]));
         ASSERT_EQ(ZoOS::WaitForObject(duplicates[i], 0), ZoOS::sc_waitObject0);
         ZoOS::SetLastErrorCode(0);
-        ASSERT_FALSE(ZoOS::SetEventObject(originals[i]));
-        ASSERT_NE(ZoOS::GetLastErrorCode(), 0u);
+        ASSERT_FALSE(ZoOS::SetEventObject(originals[i]) || ZoOS::GetLastErrorCode() == 0);
         ASSERT_EQ(ZoOS::DuplicateObjectHandle(originals[i], false), nullptr);
     }
     const HANDLE closed = duplicates[0];
@@ -211,6 +207,8 @@ TEST(ZoOSThreadTest, DuplicatesNameOneObjectAndClosedHandlesFail)
     // cannot reach the object that took over its slot (Windows makes no such promise).
     const HANDLE successor = ZoOS::CreateEventObject(true, false);
     EXPECT_NE(successor, closed);
+    // Nor does a value it never handed out (not a multiple of 4) name an object.
+    EXPECT_FALSE(ZoOS::SetEventObject(reinterpret_cast<HANDLE>(reinterpret_cast<uintptr_t>(successor) + 1)));
     EXPECT_FALSE(ZoOS::SetEventObject(closed));
     EXPECT_EQ(ZoOS::WaitForObject(successor, 0), ZoOS::sc_waitTimeout);
     // An event is no thread.
@@ -218,6 +216,26 @@ TEST(ZoOSThreadTest, DuplicatesNameOneObjectAndClosedHandlesFail)
     EXPECT_FALSE(ZoOS::TerminateThreadObject(successor, 1));
     ZoOS::CloseObjectHandle(successor);
 #endif
+}
+
+TEST(ZoOSTimeTest, FieldsOutOfRangeAreRefusedAndTicksStayUntouched)
+{
+    const SYSTEMTIME valid = {2009, 3, 0, 5, 10, 0, 30, 250};
+    uint64_t ticks = 0;
+    ASSERT_TRUE(ZoOS::SystemTimeToTicks(valid, ticks));
+    EXPECT_EQ(ticks, 128807208302500000ull);
+    // Each field just past its range, the others valid.
+    uint16_t SYSTEMTIME::*const fields[] = {&SYSTEMTIME::wYear, &SYSTEMTIME::wMonth, &SYSTEMTIME::wMonth,
+                                            &SYSTEMTIME::wDay,  &SYSTEMTIME::wDay,   &SYSTEMTIME::wHour,
+                                            &SYSTEMTIME::wMinute, &SYSTEMTIME::wSecond, &SYSTEMTIME::wMilliseconds};
+    const uint16_t values[] = {1600, 0, 13, 0, 32, 24, 60, 60, 1000};
+    for (int i = 0; i < 9; ++i) {
+        SYSTEMTIME bad = valid;
+        bad.*fields[i] = values[i];
+        uint64_t untouched = 7;
+        EXPECT_FALSE(ZoOS::SystemTimeToTicks(bad, untouched)) << "case " << i;
+        EXPECT_EQ(untouched, 7u);
+    }
 }
 
 } // namespace
