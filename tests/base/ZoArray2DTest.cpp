@@ -47,7 +47,6 @@ std::vector<unsigned char> serialized(const ZoArray2D<T>& array)
     return out.GetBuffer();
 }
 
-// The expected contents for integer element types or for float.
 template <class T>
 std::vector<double> byType(std::vector<double> ifInteger, std::vector<double> ifFloat)
 {
@@ -128,7 +127,6 @@ TYPED_TEST(ZoArray2DTest, FillingBordersElementWiseArithmeticAndNormalizing)
     result.Atan2(grid<T>(3, 1, {1, 1, 0}));
     const double quarter = std::atan2(1.0, 0.0), eighth = std::atan2(1.0, 1.0);
     EXPECT_EQ(contents(result), (byType<T>({1, 0, 0}, {static_cast<float>(quarter), static_cast<float>(eighth), 0})));
-    // Normalize is integer arithmetic for integer types.
     ZoArray2D<T> values = grid<T>(3, 1, {10, 20, 30});
     values.Normalize();
     EXPECT_EQ(contents(values), (byType<T>({0, 0, 1}, {0, 0.5, 1})));
@@ -151,7 +149,6 @@ TYPED_TEST(ZoArray2DTest, InterpolationClampsItsNeighboursAtTheLastColumnAndRow)
     EXPECT_EQ(ramp.GetInterpolated(1.25f, 0.5f), std::is_integral_v<T> ? T(13) : T(13.0f));
     EXPECT_EQ(ramp.GetInterpolated(0.25f, 0.0f), std::is_integral_v<T> ? T(2) : T(2.5f)); // truncated
     EXPECT_TRUE(ramp.IsValidCoordinate(2, 1) && !ramp.IsValidCoordinate(-1, 0) && !ramp.IsValidCoordinate(3u, 0u));
-    // Strict for floats: the right neighbour must exist.
     EXPECT_TRUE(!ramp.IsValidCoordinate(2.0f, 0.0f) && ramp.IsValidCoordinate(1.99f, 0.5f));
     EXPECT_FALSE(ramp.IsValidCoordinateX(std::numeric_limits<float>::quiet_NaN()));
 }
@@ -161,7 +158,6 @@ TYPED_TEST(ZoArray2DTest, FloodFillChangesTheFourConnectedRegionOnly)
     typedef TypeParam T;
     ZoArray2D<T> zeros = grid<T>(3, 3, {0, 0, 0, 0, 0, 0, 0, 0, 0});
     EXPECT_EQ(zeros.FillArea(1, 1, T(0), T(5)), 9u);
-    EXPECT_EQ(contents(zeros), std::vector<double>(9, 5));
     EXPECT_EQ(zeros.FillArea(0, 0, T(0), T(7)), 0u); // the start does not hold oldValue
     EXPECT_EQ(contents(zeros), std::vector<double>(9, 5));
     // Walls of 1; the diagonal gap does not connect, the bottom row does.
@@ -171,8 +167,7 @@ TYPED_TEST(ZoArray2DTest, FloodFillChangesTheFourConnectedRegionOnly)
                                        0, 0, 0, 1, 0});
     EXPECT_EQ(maze.FillArea(2, 0, T(0), T(8)), 7u);
     EXPECT_EQ(contents(maze), (std::vector<double>{0, 1, 8, 8, 8, 0, 1, 8, 1, 8, 1, 0, 1, 1, 8, 0, 0, 0, 1, 8}));
-    EXPECT_EQ(maze.FillArea(0, 3, T(0), T(2)), 4u);
-    EXPECT_EQ(maze.FillArea(0, 0, T(0), T(3)), 2u);
+    EXPECT_TRUE(maze.FillArea(0, 3, T(0), T(2)) == 4u && maze.FillArea(0, 0, T(0), T(3)) == 2u);
     if constexpr (std::is_floating_point_v<T>) {
         ZoArray2D<T> nan(2, 1);
         nan.Set(std::numeric_limits<T>::quiet_NaN());
@@ -205,7 +200,6 @@ TEST(ZoArray2DTest, ByteArraysSerializeToTheseBytesAndDumpAsRows)
     ZoStreamReadBinaryMemory pairIn(serialized(pair));
     borrowed.Serialize(pairIn);
     EXPECT_TRUE(borrowed.GetData() == callers && borrowed.GetWidth() == 2u && callers[1] == 0x302);
-    // Empty arrays need no block and keep their dimensions both ways.
     for (const auto& size : {std::make_pair(5u, 0u), std::make_pair(0u, 5u)}) {
         const std::vector<unsigned char> bytes = serialized(ZoArray2D<unsigned char>(size.first, size.second));
         EXPECT_EQ(bytes, Bytes({0, 0, 0, 0, int(size.first), 0, 0, 0, int(size.second), 0, 0, 0, 1, 0, 0, 0}));
@@ -222,7 +216,7 @@ TEST(ZoArray2DTest, ByteArraysSerializeToTheseBytesAndDumpAsRows)
     EXPECT_EQ(text.GetText(), CString(u"[4000000000\t]\n[0\t]\n"));
 }
 
-TEST(ZoArray2DTest, ReadingAnotherElementSizeThrowsWithTheDimensionsStored)
+TEST(ZoArray2DTest, OtherElementSizesAndDamagedDimensionsEndInTheLibrarysExceptions)
 {
     const ZoArray2D<float> floats = grid<float>(3, 2, {1, 2, 3, 4, 5, 6});
     ZoArray2D<unsigned short> shorts = grid<unsigned short>(2, 2, {1, 2, 3, 4});
@@ -239,32 +233,24 @@ TEST(ZoArray2DTest, ReadingAnotherElementSizeThrowsWithTheDimensionsStored)
     ZoStreamReadBinaryMemory again(serialized(floats));
     EXPECT_THROW(sameCount.Serialize(again), ZoExceptionWrongFileVersion);
     EXPECT_EQ(contents(sameCount), (std::vector<double>{1, 2, 3, 4, 5, 6})); // rows of 3 now
-}
-
-TEST(ZoArray2DTest, DamagedDimensionsEndInTheLibrarysExceptionsWithoutHugeAllocations)
-{
     ZoArray2D<float> array;
     auto readInto = [](ZoArray2D<float>& into, const std::vector<unsigned char>& bytes) {
         ZoStreamReadBinaryMemory in(bytes);
         into.Serialize(in);
     };
-    // 65536 x 65536 floats claimed, 8 bytes present.
+    // 65536 x 65536 floats (a count that wraps to 0) with 8 bytes present, and the largest claim.
     EXPECT_THROW(readInto(array, Bytes({0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0, 4, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8})), ZoExceptionStream);
     EXPECT_EQ(array.GetData(), nullptr);
-    // The largest claim the format can make.
     EXPECT_THROW(readInto(array, Bytes({0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 4, 0, 0, 0, 1})), ZoExceptionStream);
     // A zero width with a huge height holds no elements and needs no rows.
     readInto(array, Bytes({0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 4, 0, 0, 0}));
     EXPECT_TRUE(array.GetHeight() == 0xFFFFFFFFu && array.GetData() == nullptr);
-    // A newer version, and every truncation of a valid array.
     EXPECT_THROW(readInto(array, Bytes({1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0})), ZoExceptionWrongFileVersion);
     const std::vector<unsigned char> whole = serialized(grid<float>(3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9}));
     for (size_t length = 0; length < whole.size(); ++length) {
         ZoArray2D<float> target(3, 3);
-        EXPECT_THROW(readInto(target, std::vector<unsigned char>(whole.begin(), whole.begin() + static_cast<long>(length))), ZoException)
-            << "length " << length;
+        EXPECT_THROW(readInto(target, std::vector<unsigned char>(whole.begin(), whole.begin() + static_cast<long>(length))), ZoException) << length;
     }
-    // A large array grows its block as the data arrives and still reads whole.
     ZoArray2D<uint32_t> large(1024, 1100), largeRead;
     for (uint32_t i = 0; i < 1024 * 1100; ++i)
         large.GetData()[i] = i * 2654435761u;

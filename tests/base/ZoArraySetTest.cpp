@@ -30,8 +30,7 @@ std::vector<uint32_t> members(const ZoArraySet& sets, uint32_t set)
     return std::vector<uint32_t>(held.GetData(), held.GetData() + held.GetCount());
 }
 
-// Against a vector of std::set, with two attributes asserted and destroyed along the way: each
-// set's tag must follow it through every move of the records.
+// Against a vector of std::set; each set's tag attribute must follow it through every record move.
 TEST(ZoArraySetTest, BehavesLikeAVectorOfSetsAndKeepsEachSetsAttributes)
 {
     const unsigned seed = zotest::ModelTestSeed();
@@ -116,7 +115,6 @@ TEST(ZoArraySetTest, RefusesSetsOutOfRangeAndAttributesAssertedElsewhere)
              [](ZoArraySet& s) { s.RemoveSet(1); }})
         EXPECT_THROW(call(sets), ZoExceptionContainer);
     EXPECT_EQ(sets.GetSetCount(), 1u);
-
     const Definition mine = zeroedAttribute(4, 7), theirs = zeroedAttribute(4, 7);
     EXPECT_THROW(sets.GetAttributeData(0, *mine), ZoExceptionContainer);
     sets.AssertAttribute(mine);
@@ -137,11 +135,9 @@ TEST(ZoArraySetTest, BinaryFormRoundTripsAndDamagedFormsChangeNothing)
     sets.AssertAttribute(zeroedAttribute(4, 1));
     ZoStreamWriteBinaryMemory out;
     sets.Serialize(out);
-    const std::vector<unsigned char> expected = zotest::Bytes({0, 0, 0, 0, 2, 0, 0, 0,               // version, sets
-                                                                2, 0, 0, 0, 2, 0, 0, 0, 4, 3, 2, 1, // set 0
-                                                                0, 0, 0, 0});                       // set 1
+    // Version, set count, then each set's member count and members.
+    const std::vector<unsigned char> expected = zotest::Bytes({0, 0, 0, 0, 2, 0, 0, 0, 2, 0, 0, 0, 2, 0, 0, 0, 4, 3, 2, 1, 0, 0, 0, 0});
     ASSERT_EQ(out.GetBuffer(), expected);
-
     ZoArraySet back;
     back.AddSet();
     const Definition loadedTag = zeroedAttribute(4, 9);
@@ -150,11 +146,9 @@ TEST(ZoArraySetTest, BinaryFormRoundTripsAndDamagedFormsChangeNothing)
     ZoStreamReadBinaryMemory in(expected);
     back.Serialize(in);
     ASSERT_EQ(back.GetSetCount(), 2u);
-    EXPECT_EQ(members(back, 0), std::vector<uint32_t>({2, 0x01020304}));
     EXPECT_NO_THROW(back.CheckConsistency());
     // Attribute bytes are not part of the file: every loaded set starts with fresh ones.
     EXPECT_TRUE(back.GetAttribute<uint32_t>(0, *loadedTag) == 0u && back.GetAttribute<uint32_t>(1, *loadedTag) == 0u);
-
     // Members out of order or repeated, a newer version, a count far above what arrives: nothing changes.
     std::vector<unsigned char> unordered = expected, repeated = expected, newer = expected, cut(expected.begin(), expected.end() - 1);
     unordered[15] = 0x7F;
@@ -166,8 +160,8 @@ TEST(ZoArraySetTest, BinaryFormRoundTripsAndDamagedFormsChangeNothing)
     EXPECT_THROW(back.Serialize(repeatedIn), ZoExceptionContainer);
     EXPECT_THROW(back.Serialize(newerIn), ZoExceptionWrongFileVersion);
     EXPECT_THROW(back.Serialize(cutIn), ZoExceptionStream);
-    EXPECT_EQ(back.GetSetCount(), 2u);
-    EXPECT_EQ(members(back, 0), std::vector<uint32_t>({2, 0x01020304}));
+    ASSERT_EQ(back.GetSetCount(), 2u);
+    EXPECT_TRUE(members(back, 0) == std::vector<uint32_t>({2, 0x01020304}) && members(back, 1).empty());
 }
 
 } // namespace

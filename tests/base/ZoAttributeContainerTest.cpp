@@ -24,8 +24,7 @@ Definition plain(uint32_t size, uint32_t id)
     return Definition(new ZoAttributeDefinition(size, id, nullptr, nullptr, 0));
 }
 
-// Constructors write a fresh serial into the attribute, destructors must find a live one there:
-// a lost, doubled or misplaced construction shows up as an unknown or leftover number.
+// Constructors write a fresh serial, destructors must find a live one: lost or doubled calls show.
 struct Counting
 {
     std::set<uint32_t> live;
@@ -91,20 +90,18 @@ protected:
     void onContainerEmptied(uint32_t c) override { emptied.push_back(c); }
 };
 
-TEST(ZoAttributeContainerTest, HolesAreFilledBestFitAndTheRemainderStaysAHole)
+TEST(ZoAttributeContainerTest, HolesAreFilledBestFitOneByOneOrSmallestFirstFromAList)
 {
     Recording container;
     Definition a8 = plain(8, 1), b4 = plain(4, 2), c4 = plain(4, 3), d4 = plain(4, 4);
     for (const Definition& definition : {a8, b4, c4, d4})
         container.Assert(0, 3, definition);
-    EXPECT_EQ(container.getElementSize(0), 20u);
+    EXPECT_TRUE(container.getElementSize(0) == 20u && container.GetCount(0) == 3u);
     EXPECT_EQ(container.created, std::vector<uint32_t>{0});
-    EXPECT_EQ(container.GetCount(0), 3u);
     container.Destroy(a8, 1);
     container.Destroy(b4, 1);
     container.Destroy(c4, 1);
-    EXPECT_FALSE(a8->Exists());
-    EXPECT_EQ(container.getElementSize(0), 20u);
+    EXPECT_TRUE(!a8->Exists() && container.getElementSize(0) == 20u);
     const size_t movesBefore = container.moves.size();
     auto holesOf = [](const ZoAttributeContainer& of) {
         std::vector<std::pair<uint32_t, uint32_t>> holes;
@@ -131,43 +128,34 @@ TEST(ZoAttributeContainerTest, HolesAreFilledBestFitAndTheRemainderStaysAHole)
     Definition z16 = plain(16, 7);
     container.Assert(0, 0, z16);
     EXPECT_EQ(container.moves.size(), movesBefore + 1);
-    EXPECT_EQ(d4->GetIndex(), 0u);
-    EXPECT_EQ(x4->GetIndex(), 4u);
-    EXPECT_EQ(y2->GetIndex(), 8u);
-    EXPECT_EQ(z16->GetIndex(), 10u);
-    EXPECT_EQ(container.getElementSize(0), 26u);
-    EXPECT_TRUE(container.GetFreeAttributes(0).IsEmpty());
-
+    EXPECT_EQ((std::vector<uint32_t>{d4->GetIndex(), x4->GetIndex(), y2->GetIndex(), z16->GetIndex()}), (std::vector<uint32_t>{0, 4, 8, 10}));
+    EXPECT_TRUE(container.getElementSize(0) == 26u && container.GetFreeAttributes(0).IsEmpty());
     zotest::ExpectThrowSite<ZoExceptionContainer>([&] { container.GetAttributeDefinition(0, 1); }, nullptr, "ZoAttributeContainer",
                                                   "GetAttributeDefinition", 1011);
     for (const auto& arguments : {std::pair<uint32_t, uint32_t>{0, 1}, {1, 0}})
         zotest::ExpectThrowSite<ZoExceptionContainer>([&] { ZoAttributeContainer bad(arguments.first, arguments.second); },
                                                       "..\\base\\ZoAttributeContainer.cpp", "ZoAttributeContainer",
                                                       "_ZoAttributeContainer", 38);
-}
-
-TEST(ZoAttributeContainerTest, ListsFillHolesSmallestFirstAndEnlargeOnceForTheRest)
-{
-    Recording container;
+    // A list of definitions is placed smallest first, the rest after one enlargement.
+    Recording lists;
     Definition a4 = plain(4, 1), b2 = plain(2, 2), keep = plain(4, 3);
     for (const Definition& definition : {a4, b2, keep})
-        container.Assert(0, 2, definition);
-    container.Destroy(a4, 1); // hole 4@0
-    container.Destroy(b2, 1); // hole 2@4
-    const size_t movesBefore = container.moves.size();
+        lists.Assert(0, 2, definition);
+    lists.Destroy(a4, 1); // hole 4@0
+    lists.Destroy(b2, 1); // hole 2@4
+    const size_t listMoves = lists.moves.size();
     ZoAttributeDefinitionList list;
     Definition big = plain(8, 10), one = plain(1, 11), two = plain(2, 12), three = plain(3, 13);
     for (const Definition& definition : {big, three, one, two})
         list.AddTail(definition);
-    container.Assert(0, 0, list);
-    // Sorted 1, 2, 3, 8: 1 takes the 2-byte hole, 2 the 4-byte one, 3 fits none (2@2 remains),
-    // so 3 and 8 come after one enlargement.
+    lists.Assert(0, 0, list);
+    // Sorted 1, 2, 3, 8: 1 and 2 fill holes, 3 fits none (2@2 remains): 3 and 8 after one enlargement.
     std::vector<uint32_t> order;
     for (auto position = list.GetHeadPosition(); position != nullptr;)
         order.push_back(list.GetNext(position)->GetElementSize());
     EXPECT_EQ(order, (std::vector<uint32_t>{1, 2, 3, 8}));
-    EXPECT_TRUE(container.moves.size() == movesBefore + 1 && container.GetAttributeCount(0) == 5u);
-    EXPECT_EQ(container.getElementSize(0), 4u + 1 + 2 + 3 + 8);
+    EXPECT_TRUE(lists.moves.size() == listMoves + 1 && lists.GetAttributeCount(0) == 5u);
+    EXPECT_EQ(lists.getElementSize(0), 4u + 1 + 2 + 3 + 8);
     EXPECT_TRUE(list.GetTotalSize() == 14u && list.GetNumSerializableItems() == 0u);
     std::set<uint32_t> bytes;
     for (const Definition& definition : {keep, one, two, three, big})
@@ -178,8 +166,7 @@ TEST(ZoAttributeContainerTest, ListsFillHolesSmallestFirstAndEnlargeOnceForTheRe
 TEST(ZoAttributeContainerTest, MovesCarryOldAndNewBlocksAndReleasedRecordsAreReusedLastFirst)
 {
     Recording container(2, 2);
-    Definition value = Definition(new ZoAttributeDefinition(4, 1, new ZoConstructorDefault(), nullptr, 0));
-    Definition other = plain(4, 2);
+    Definition value = Definition(new ZoAttributeDefinition(4, 1, new ZoConstructorDefault(), nullptr, 0)), other = plain(4, 2);
     container.Assert(1, 0, value);
     auto valueOf = [&](const unsigned char* at) {
         uint32_t stored = 0;
@@ -194,7 +181,6 @@ TEST(ZoAttributeContainerTest, MovesCarryOldAndNewBlocksAndReleasedRecordsAreReu
     ASSERT_FALSE(container.moves.empty());
     for (const Recording::Move& move : container.moves)
         ASSERT_TRUE(move.c == 1u && !move.newBlock.IsNull());
-    // Enlarging copies each record into a new block; the old block still holds the old records.
     const size_t movesBefore = container.moves.size();
     container.Assert(1, 0, other);
     ASSERT_EQ(container.moves.size(), movesBefore + 1);
@@ -214,7 +200,6 @@ TEST(ZoAttributeContainerTest, MovesCarryOldAndNewBlocksAndReleasedRecordsAreReu
     EXPECT_EQ(container.CreateElement(1), container.records[2]);
     EXPECT_EQ(valueOf(container.GetData(container.records[2], *value)), 0u);
     EXPECT_EQ(container.GetCount(0), 0u);
-    // The last attribute removed without a hole: record size 0, no records, the emptied hook.
     container.Destroy(other, 0);
     container.Destroy(value, 0);
     EXPECT_TRUE(container.getElementSize(1) == 0u && container.CreateElement(1) == nullptr);
@@ -293,13 +278,10 @@ TEST(ZoAttributeContainerTest, ReleaseHandsDestructorsTheRecordStartAndCopiesKee
     std::memcpy(record, "abcd", 4);
     container.ReleaseElement(0, container.CreateElement(0));
     const ZoAttributeContainer copy(container);
-    EXPECT_EQ(copy.GetCount(0), 1u);
-    EXPECT_EQ(copy.getElementSize(0), 4u);
+    EXPECT_TRUE(copy.GetCount(0) == 1u && copy.getElementSize(0) == 4u);
     ZoAttributeContainer assigned(3, 1);
     assigned = copy;
-    EXPECT_EQ(assigned.GetContainerCount(), 1u);
-    ASSERT_NE(assigned.CreateElement(0), nullptr);
-    EXPECT_EQ(assigned.GetCount(0), 2u);
+    EXPECT_TRUE(assigned.GetContainerCount() == 1u && assigned.CreateElement(0) != nullptr && assigned.GetCount(0) == 2u);
     unsigned char* target = container.CreateElement(0);
     container.Copy(0, record, target);
     EXPECT_EQ(std::memcmp(target, "abcd", 4), 0);

@@ -12,7 +12,6 @@
 
 namespace {
 
-// Builds nodes named by the letters of `names`, inserted in that order.
 std::vector<ZoGraphNode*> addNodes(ZoGraph& graph, const std::string& names)
 {
     std::vector<ZoGraphNode*> nodes;
@@ -44,7 +43,6 @@ TEST(ZoGraphTest, DumpsAreExact)
     EXPECT_EQ(dump(graph, 0), CString(u"\nDer Graph enth\u00e4lt 0 Knoten\n\n\n"));
     EXPECT_EQ(dump(graph, 1, 0), CString(u"graph G {\r\n}\r\n"));
     EXPECT_EQ(dump(graph, 1, 1), CString(u"digraph G {\r\n}\r\n"));
-
     std::vector<ZoGraphNode*> n = addNodes(graph, "abc");
     n[0]->AddConnection(*n[1], 2.5f);
     n[1]->AddConnection(*n[0], 1.0f); // the opposite connection
@@ -68,13 +66,10 @@ TEST(ZoGraphTest, ConnectionsStaySortedAndNodesTakeTheirConnectionsAlong)
     n[2]->AddConnection(*n[0], 7.0f);
     n[3]->AddConnection(*n[0], 4.0f);
     EXPECT_EQ(outgoingWeights(*n[0]), (std::vector<float>{0.5f, 1.0f, 1.0f, 2.0f, 3.0f}));
-    EXPECT_EQ(n[1]->GetIncomingConnections().GetCount(), 4u);
-    EXPECT_EQ(n[0]->GetIncomingConnections().GetHead()->GetWeight(), 4.0f);
-
+    EXPECT_TRUE(n[1]->GetIncomingConnections().GetCount() == 4u && n[0]->GetIncomingConnections().GetHead()->GetWeight() == 4.0f);
     n[0]->RemoveConnection(*n[1]); // the lightest one to b
     EXPECT_EQ(outgoingWeights(*n[0]), (std::vector<float>{0.5f, 1.0f, 2.0f, 3.0f}));
     EXPECT_EQ(n[1]->GetIncomingConnections().GetCount(), 3u);
-
     // Removing a middle node removes its connections both ways and leaves the indices stale.
     ZoSmartPointer<ZoGraphConnection> held = n[2]->GetOutgoingConnections().GetHead();
     graph.RemoveNode(*n[2]);
@@ -84,7 +79,6 @@ TEST(ZoGraphTest, ConnectionsStaySortedAndNodesTakeTheirConnectionsAlong)
     EXPECT_TRUE(graph.FindNode(3) == n[3] && graph.FindNode(2) == nullptr);
     EXPECT_EQ(graph.CreateIndices(), 3u);
     EXPECT_EQ(graph.FindNode(2), n[3]);
-    // Removing the tail keeps valid indices valid.
     graph.RemoveNode(*n[3]);
     EXPECT_TRUE(graph.AreIndicesValid() && n[0]->GetIncomingConnections().GetCount() == 0u);
     // A copy is deep; the original's nodes are untouched by changes to it.
@@ -98,10 +92,10 @@ TEST(ZoGraphTest, ConnectionsStaySortedAndNodesTakeTheirConnectionsAlong)
     ZoGraph assigned;
     assigned = graph;
     EXPECT_EQ(dump(assigned, 1, 1), dump(graph, 1, 1));
-    int visited = 0;
-    for (it.Restart(); it.HasMoreElements(); it.GetNext())
-        ++visited;
-    EXPECT_EQ(visited, 2);
+    it.Restart(); // two nodes are left
+    EXPECT_TRUE(&it.GetNext() == &copiedA && it.HasMoreElements());
+    it.GetNext();
+    EXPECT_FALSE(it.HasMoreElements());
 }
 
 TEST(ZoGraphTest, PathLinksStayConsistentAndWeightsReset)
@@ -122,7 +116,6 @@ TEST(ZoGraphTest, PathLinksStayConsistentAndWeightsReset)
     EXPECT_EQ(names(ZoGraphPathIterator(*n[0], *n[3], ZoGraphPathIterator::eBackward)), "dba");
     n[1]->SetNextNodeOnPath(nullptr);
     EXPECT_EQ(n[3]->GetPreviousNodeOnPath(), nullptr);
-
     n[1]->SetWeight(2.0f);
     n[1]->AddAttributes(5);
     graph.RemoveAttributes(1);

@@ -9,9 +9,18 @@
 
 namespace {
 
-// h = h * 33 + unit, several units per step: lengths around the step, a NUL inside (the hash
-// stops there), units above 0x7F, wrapping at 2^32.
-TEST(ZoMapTest, StringHashMatchesTheOneUnitFormula)
+template <class K, class V, int F>
+std::vector<std::pair<K, V>> inOrder(const ZoMap<K, V, F>& map)
+{
+    std::vector<std::pair<K, V>> seen(1);
+    for (auto position = map.GetStartPosition(); position != nullptr; seen.emplace_back())
+        map.GetNextAssoc(position, seen.back().first, seen.back().second);
+    seen.pop_back();
+    return seen;
+}
+
+// h = h * 33 + unit, several units per step: lengths around the step, a NUL inside, units above 0x7F.
+TEST(ZoMapTest, StringHashMatchesTheOneUnitFormulaAndBucketsChainNewestFirst)
 {
     const struct
     {
@@ -29,20 +38,6 @@ TEST(ZoMapTest, StringHashMatchesTheOneUnitFormula)
     };
     for (const auto& c : cases)
         EXPECT_EQ(ZoHashKey(CString(c.key)), c.hash) << c.key.size() << " units";
-}
-
-template <class K, class V, int F>
-std::vector<std::pair<K, V>> inOrder(const ZoMap<K, V, F>& map)
-{
-    std::vector<std::pair<K, V>> seen(1);
-    for (auto position = map.GetStartPosition(); position != nullptr; seen.emplace_back())
-        map.GetNextAssoc(position, seen.back().first, seen.back().second);
-    seen.pop_back();
-    return seen;
-}
-
-TEST(ZoMapTest, IterationVisitsBucketsInOrderAndChainsFromTheirHead)
-{
     ZoMap<uint32_t, int> map;
     // (key >> 4) % 17: 0x10 and 0x120 share bucket 1, where the newer one leads; 0x20 is in 2.
     map[0x20] = 2;
@@ -75,7 +70,6 @@ TEST(ZoMapTest, RandomOperationsMatchAStdMapModel)
     const auto copied = inOrder(copy); // a copy may chain a bucket in another order
     EXPECT_EQ((std::map<uint32_t, uint32_t>(copied.begin(), copied.end())), model);
     EXPECT_NE(copy.GetPlexManager(), map.GetPlexManager());
-    // RemoveAll hands the associations back to the pool, and refilling takes them again.
     const uint32_t blocks = map.GetPlexManager()->GetBlockCount();
     map.RemoveAll();
     EXPECT_FALSE(map.HasHashTable());

