@@ -9,22 +9,20 @@
 
 namespace zotest {
 
-// A counting element type for the managed arrays and pooled lists: it counts constructions, copies,
-// assignments and destructions, and reports a destruction of something never constructed (or
-// destroyed twice) as a test failure. Value checks alone never see those faults.
+// Counts constructions, copies, assignments and destructions, and reports a use or destruction of
+// something never constructed (or destroyed twice) as a test failure: value checks never see those.
 class Counted
 {
 public:
     struct Counts
     {
         int defaults = 0, values = 0, copies = 0, assignments = 0, destructions = 0;
-        int Constructions() const { return defaults + values + copies; }
-        int Live() const { return Constructions() - destructions; }
+        int Live() const { return defaults + values + copies - destructions; }
     };
 
-    Counted() : m_value(0), m_magic(kAlive) { ++counts().defaults; }
-    Counted(int value) : m_value(value), m_magic(kAlive) { ++counts().values; }
-    Counted(const Counted& other) : m_value(other.m_value), m_magic(kAlive) { other.check("copied from"); ++counts().copies; }
+    Counted() : m_value(0) { ++counts().defaults; }
+    Counted(int value) : m_value(value) { ++counts().values; }
+    Counted(const Counted& other) : m_value(other.m_value) { other.check("copied from"); ++counts().copies; }
     Counted& operator=(const Counted& other)
     {
         check("assigned to");
@@ -53,7 +51,7 @@ private:
     }
 
     int m_value;
-    uint32_t m_magic;
+    uint32_t m_magic = kAlive;
 };
 
 } // namespace zotest

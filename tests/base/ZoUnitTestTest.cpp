@@ -13,8 +13,7 @@ namespace {
 class Doubling : public ZoUnitTest
 {
 public:
-    int input = 0;
-    int output = 0;
+    int input = 0, output = 0;
     bool failOutput = false;
 
 protected:
@@ -48,12 +47,9 @@ TEST(ZoUnitTestTest, RecordsReplaysAFolderAndLeavesNoHalfWrittenCase)
     const ZoUnitTest::Summary summary = replay.RunRecordedUnitTests(&report, folder.CPath());
     EXPECT_EQ(report.GetText(), CString(u"a.dat: succeeded\nb.dat: failed\nd.dat: error\n"
                                         u"3 recordings: 1 succeeded, 1 failed, 1 errors, 0 not implemented\n"));
-    EXPECT_EQ(summary.GetTotal(), 3u);
-    EXPECT_FALSE(summary.AllSucceeded());
-    // A plain base has no test of its own.
+    EXPECT_TRUE(summary.GetTotal() == 3u && !summary.AllSucceeded());
     ZoUnitTest plain;
     EXPECT_EQ(plain.RunUnitTest(folder.CPath("a.dat")), ZoUnitTest::eResultNotImplemented);
-    EXPECT_EQ(CString(ZoUnitTest::GetResultName(ZoUnitTest::eResultNotImplemented)), CString(u"not implemented"));
     // A file where the recording should go: nothing recorded, nothing thrown.
     EXPECT_FALSE(good.RecordUnitTest(folder.CPath("a.dat/e.dat")));
 }
