@@ -18,50 +18,22 @@ namespace {
 typedef ZoPersistentOptions Options;
 const Options::EPersistentOptionsCategory sc_user = Options::eCurrentUser;
 
-// Options of one test: a fresh store in a scratch folder on POSIX, a key of its own in the
-// registry (removed afterwards) on Windows. Children started by the test inherit the place.
-class OptionsPlace
-{
-public:
-    OptionsPlace()
-    {
-#if defined(_WIN32)
-        m_key = CString("Software\\ZoTest-" + std::to_string(zotest::CurrentProcessId()));
-#else
-        if (const char* previous = std::getenv("XDG_CONFIG_HOME"))
-            m_previous = previous;
-        setenv("XDG_CONFIG_HOME", m_folder.Path().c_str(), 1);
-        m_key = CString(u"Software\\Zo\\Test");
-#endif
-    }
-    ~OptionsPlace()
-    {
-#if defined(_WIN32)
-        ::RegDeleteTreeW(HKEY_CURRENT_USER, reinterpret_cast<const wchar_t*>(m_key.GetString()));
-#else
-        if (m_previous.empty())
-            unsetenv("XDG_CONFIG_HOME");
-        else
-            setenv("XDG_CONFIG_HOME", m_previous.c_str(), 1);
-#endif
-    }
-    const CString& Key() const { return m_key; }
+// Options of one test under a key named after the process: a fresh store in a scratch folder on
+// POSIX, the user's registry (the key removed afterwards) on Windows. Children inherit the place.
+CString keyOf(const std::string& processId) { return CString("Software\\ZoTest-" + processId); }
 
-private:
-#if !defined(_WIN32)
-    zotest::TempFolder m_folder;
-    std::string m_previous;
+struct OptionsPlace
+{
+#if defined(_WIN32)
+    ~OptionsPlace() { ::RegDeleteTreeW(HKEY_CURRENT_USER, reinterpret_cast<const wchar_t*>(key.GetString())); }
+#else
+    OptionsPlace() { setenv("XDG_CONFIG_HOME", folder.Path().c_str(), 1); }
+    ~OptionsPlace() { previous.empty() ? unsetenv("XDG_CONFIG_HOME") : setenv("XDG_CONFIG_HOME", previous.c_str(), 1); }
+    const std::string previous = std::getenv("XDG_CONFIG_HOME") ? std::getenv("XDG_CONFIG_HOME") : "";
+    zotest::TempFolder folder;
 #endif
-    CString m_key;
+    const CString key = keyOf(std::to_string(zotest::CurrentProcessId()));
 };
-
-// Children get "<parent's process id>|<folder for their notes>": the parent's OptionsPlace made
-// their key path from its process id.
-std::string childPart(int part)
-{
-    const std::string argument = zotest::ChildArgument();
-    return part == 0 ? argument.substr(0, argument.find('|')) : argument.substr(argument.find('|') + 1);
-}
 
 std::vector<unsigned char> storedBytes(const CString& key, const CString& name)
 {
@@ -75,11 +47,10 @@ std::vector<unsigned char> storedBytes(const CString& key, const CString& name)
 TEST(ZoPersistentOptionsTest, ValuesTheirBytesAndEdgeCases)
 {
     OptionsPlace place;
-    const CString key = place.Key();
+    const CString key = place.key;
     int32_t number = 77;
     CString text(u"untouched");
-    EXPECT_EQ(Options::ReadOption(key, u"Count", number, sc_user), 0) << "no store or key yet";
-    EXPECT_EQ(number, 77);
+    EXPECT_TRUE(Options::ReadOption(key, u"Count", number, sc_user) == 0 && number == 77) << "no store or key yet";
 
     EXPECT_TRUE(Options::WriteOption(key, u"Count", int32_t(-2), sc_user) == 1 &&
                 Options::WriteOption(key, u"Size", uint32_t(0xFFFFFFFE), sc_user) == 1 &&
@@ -92,19 +63,13 @@ TEST(ZoPersistentOptionsTest, ValuesTheirBytesAndEdgeCases)
     EXPECT_EQ(storedBytes(key, u"Empty").size(), 0u);
 
     uint32_t size = 0;
-    bool flag = false;
-    EXPECT_EQ(Options::ReadOption(key, u"Count", number, sc_user), 1);
-    EXPECT_EQ(number, -2);
-    EXPECT_EQ(Options::ReadOption(key, u"Size", size, sc_user), 1);
-    EXPECT_EQ(size, 0xFFFFFFFEu);
-    EXPECT_EQ(Options::ReadOption(key, u"On", flag, sc_user), 1);
-    EXPECT_TRUE(flag);
-    EXPECT_EQ(Options::ReadOption(key, u"Two", flag, sc_user), 1);
-    EXPECT_FALSE(flag) << "only a stored 1 is true";
-    EXPECT_EQ(Options::ReadOption(key, u"Empty", text, 10, sc_user), 1);
-    EXPECT_EQ(text, CString());
-    EXPECT_EQ(Options::ReadOption(key, u"Name", text, 5, sc_user), 1) << "exactly maxLength characters";
-    EXPECT_EQ(text, CString(u"Zo \u00FC\u20AC"));
+    bool on = false, two = true;
+    EXPECT_EQ(Options::ReadOption(key, u"Count", number, sc_user) + Options::ReadOption(key, u"Size", size, sc_user) +
+                  Options::ReadOption(key, u"On", on, sc_user) + Options::ReadOption(key, u"Two", two, sc_user), 4);
+    EXPECT_TRUE(number == -2 && size == 0xFFFFFFFEu && on && !two) << "only a stored 1 is true";
+    EXPECT_TRUE(Options::ReadOption(key, u"Empty", text, 10, sc_user) == 1 && text == CString());
+    EXPECT_TRUE(Options::ReadOption(key, u"Name", text, 5, sc_user) == 1 && text == CString(u"Zo \u00FC\u20AC"))
+        << "exactly maxLength characters";
     text = u"untouched";
     EXPECT_EQ(Options::ReadOption(key, u"Name", text, 4, sc_user), 0) << "longer than maxLength";
     EXPECT_EQ(Options::ReadOption(key, u"Missing", text, 10, sc_user), 0);
@@ -114,8 +79,7 @@ TEST(ZoPersistentOptionsTest, ValuesTheirBytesAndEdgeCases)
     // Key paths and value names ignore case, as in the registry; a write replaces any type.
     EXPECT_EQ(Options::ReadOption(CString(u"SOFTWARE") + key.Mid(8), u"count", number, sc_user), 1);
     EXPECT_EQ(Options::WriteOption(key, u"Count", u"now a text", sc_user), 1);
-    EXPECT_EQ(Options::ReadOption(key, u"Count", text, 20, sc_user), 1);
-    EXPECT_EQ(text, CString(u"now a text"));
+    EXPECT_TRUE(Options::ReadOption(key, u"Count", text, 20, sc_user) == 1 && text == CString(u"now a text"));
 
     const auto unknown = static_cast<Options::EPersistentOptionsCategory>(5);
     EXPECT_EQ(Options::WriteOption(key, u"Count", int32_t(1), unknown) + Options::ReadOption(key, u"Count", number, unknown) +
@@ -131,39 +95,28 @@ TEST(ZoPersistentOptionsTest, ValuesTheirBytesAndEdgeCases)
     // Every root is a place of its own (the Windows roots other than the user's need rights).
     for (int category = 0; category <= 4; ++category)
         EXPECT_EQ(Options::WriteOption(u"K", u"Root", int32_t(category), Options::EPersistentOptionsCategory(category)), 1);
-    for (int category = 0; category <= 4; ++category) {
-        EXPECT_EQ(Options::ReadOption(u"K", u"Root", number, Options::EPersistentOptionsCategory(category)), 1);
-        EXPECT_EQ(number, category);
-    }
+    for (int category = 0; category <= 4; ++category)
+        EXPECT_TRUE(Options::ReadOption(u"K", u"Root", number, Options::EPersistentOptionsCategory(category)) == 1 &&
+                    number == category) << category;
 #endif
 }
 
-// Both children write 1,000 values of their own under one key and the same shared value each
-// time, and read the shared value back after each write: it must always be one writer's whole text.
+// Each child gets "<parent's process id>|<folder for its notes>" and writes 1,000 values of its own
+// and the same shared value, read back after each write: always one writer's whole text.
 TEST(ZoPersistentOptionsTest, DISABLED_ChildWritesValues)
 {
-#if defined(_WIN32)
-    const CString key("Software\\ZoTest-" + childPart(0));
-#else
-    const CString key(u"Software\\Zo\\Test");
-#endif
-    const std::string self = std::to_string(zotest::CurrentProcessId());
-    zotest::WriteBytes(childPart(1) + "/pid-" + self, {});
+    const std::string argument = zotest::ChildArgument(), self = std::to_string(zotest::CurrentProcessId());
+    const CString key = keyOf(argument.substr(0, argument.find('|')));
+    zotest::WriteBytes(argument.substr(argument.find('|') + 1) + "/pid-" + self, {});
+    auto repeated = [](const std::string& unit) { std::string text; while (text.size() < 600) text += unit; return text; };
     for (int i = 0; i < 1000; ++i) {
         const std::string mine = self + "-" + std::to_string(i);
-        std::string shared;
-        while (shared.size() < 600)
-            shared += mine + ";";
         ASSERT_EQ(Options::WriteOption(key, CString("v" + mine), int32_t(i), sc_user), 1);
-        ASSERT_EQ(Options::WriteOption(key, u"Shared", CString(shared), sc_user), 1);
+        ASSERT_EQ(Options::WriteOption(key, u"Shared", CString(repeated(mine + ";")), sc_user), 1);
         CString read;
         ASSERT_EQ(Options::ReadOption(key, u"Shared", read, 1000, sc_user), 1);
         const std::string seen = read.ToUtf8();
-        const std::string first = seen.substr(0, seen.find(';') + 1);
-        std::string whole;
-        while (whole.size() < 600)
-            whole += first;
-        ASSERT_EQ(seen, whole) << "a torn value";
+        ASSERT_EQ(seen, repeated(seen.substr(0, seen.find(';') + 1))) << "a torn value";
     }
 }
 
@@ -172,26 +125,18 @@ TEST(ZoPersistentOptionsTest, TwoProcessesLoseNothingAndValuesOutliveThem)
     OptionsPlace place;
     zotest::TempFolder logs;
     zotest::SetChildArgument(std::to_string(zotest::CurrentProcessId()) + "|" + logs.Path());
-    std::vector<int> results(2, -1);
-    std::vector<std::thread> children;
-    for (int i = 0; i < 2; ++i)
-        children.emplace_back([&, i] {
-            results[i] = zotest::RunChildTest("ZoPersistentOptionsTest.DISABLED_ChildWritesValues",
-                                              logs.Path("child" + std::to_string(i)));
-        });
-    for (auto& child : children)
-        child.join();
+    const char* child = "ZoPersistentOptionsTest.DISABLED_ChildWritesValues";
+    int results[2] = {-1, -1};
+    std::thread other([&] { results[1] = zotest::RunChildTest(child, logs.Path("child1")); });
+    results[0] = zotest::RunChildTest(child, logs.Path("child0"));
+    other.join();
     const std::vector<unsigned char> log = zotest::ReadBytes(logs.Path(results[0] != 0 ? "child0.log" : "child1.log"));
-    ASSERT_EQ(results, std::vector<int>({0, 0})) << std::string(log.begin(), log.end());
+    ASSERT_TRUE(results[0] == 0 && results[1] == 0) << std::string(log.begin(), log.end());
     int found = 0;
     for (const auto& entry : std::filesystem::directory_iterator(logs.Path())) {
         const std::string file = entry.path().filename().string();
-        if (file.rfind("pid-", 0) != 0)
-            continue;
-        for (int i = 0; i < 1000; ++i) {
-            int32_t value = -1;
-            EXPECT_EQ(Options::ReadOption(place.Key(), CString("v" + file.substr(4) + "-" + std::to_string(i)), value,
-                                          sc_user), 1);
+        for (int32_t i = 0, value = -1; file.rfind("pid-", 0) == 0 && i < 1000; ++i, value = -1) {
+            Options::ReadOption(place.key, CString("v" + file.substr(4) + "-" + std::to_string(i)), value, sc_user);
             found += value == i;
         }
     }
@@ -208,33 +153,24 @@ TEST(ZoPersistentOptionsTest, WriterKilledMidLoopLosesNoCompletedWrite)
     ASSERT_EQ(pipe(pipeEnds), 0);
     const pid_t child = fork();
     ASSERT_GE(child, 0);
-    if (child == 0) {
-        close(pipeEnds[0]);
-        for (int32_t i = 0;; ++i) {
-            if (Options::WriteOption(place.Key(), CString("v" + std::to_string(i)), i, sc_user) != 1 ||
-                write(pipeEnds[1], &i, sizeof i) != sizeof i)
-                _exit(1);
-        }
-    }
+    for (int32_t i = 0; child == 0; ++i) // the child writes until it is killed, reporting each write
+        if (Options::WriteOption(place.key, CString("v" + std::to_string(i)), i, sc_user) != 1 ||
+            write(pipeEnds[1], &i, sizeof i) != sizeof i)
+            _exit(1);
     close(pipeEnds[1]);
     std::vector<int32_t> completed;
-    int32_t done = 0;
-    while (completed.size() < 300 && read(pipeEnds[0], &done, sizeof done) == sizeof done)
-        completed.push_back(done);
-    kill(child, SIGKILL);
+    for (int32_t done = 0; read(pipeEnds[0], &done, sizeof done) == sizeof done;)
+        if (completed.push_back(done), completed.size() == 300)
+            kill(child, SIGKILL);
+    close(pipeEnds[0]);
     int status = 0;
     waitpid(child, &status, 0);
-    while (read(pipeEnds[0], &done, sizeof done) == sizeof done)
-        completed.push_back(done);
-    close(pipeEnds[0]);
-    ASSERT_TRUE(WIFSIGNALED(status)) << "the writer failed on its own";
-    ASSERT_GE(completed.size(), 300u);
+    ASSERT_TRUE(WIFSIGNALED(status) && completed.size() >= 300) << "the writer failed on its own";
     for (int32_t i : completed) {
         int32_t value = -1;
-        EXPECT_EQ(Options::ReadOption(place.Key(), CString("v" + std::to_string(i)), value, sc_user), 1);
-        EXPECT_EQ(value, i);
+        EXPECT_TRUE(Options::ReadOption(place.key, CString("v" + std::to_string(i)), value, sc_user) == 1 && value == i) << i;
     }
-    EXPECT_EQ(Options::WriteOption(place.Key(), u"After", true, sc_user), 1);
+    EXPECT_EQ(Options::WriteOption(place.key, u"After", true, sc_user), 1);
 }
 #endif
 

@@ -1,5 +1,5 @@
 // The range coder and its quasi-static model: block format, rebuild schedule, randomized round
-// trips against a recorded script, compression of a stationary source, damaged blocks.
+// trips against a recorded script, damaged blocks (coded size against entropy is the benchmark's).
 #include "base/ZoExceptionPreconditionViolation.h"
 #include "base/ZoExceptionStream.h"
 #include "base/ZoStreamReadBinaryMemory.h"
@@ -10,7 +10,6 @@
 #include "ZoTestSupport.h"
 #include "base/ZoContainerTestSupport.h"
 
-#include <cmath>
 #include <functional>
 #include <random>
 
@@ -39,10 +38,9 @@ TEST(ZoCompressRangeCoderTest, EmptyAndLargeBlocks)
     ZoStreamWriteBinaryMemory empty;
     { ZoCompressRangeCoder coder(empty, 256, 0); }
     EXPECT_EQ(empty.GetBuffer(), zotest::Bytes({0, 0, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0}));
+    std::independent_bits_engine<std::mt19937, 8, unsigned> random(zotest::ModelTestSeed());
     Buffer raw(2500000);
-    std::mt19937 random(zotest::ModelTestSeed());
-    for (unsigned char& byte : raw)
-        byte = static_cast<unsigned char>(random());
+    std::generate(raw.begin(), raw.end(), std::ref(random));
     ZoStreamWriteBinaryMemory target;
     { ZoCompressRangeCoder coder(target, 2, 0); coder.WriteRaw(raw.data(), static_cast<uint32_t>(raw.size())); }
     ZoStreamReadBinaryMemory source(target.GetBuffer());
@@ -77,8 +75,7 @@ TEST(ZoCompressRangeCoderTest, ModelPreconditionAndRebuildSchedule)
         EXPECT_EQ(frequency, 256u);
     }
     model.GetFrequencies(1, low, frequency);
-    EXPECT_EQ(low, 32896u);
-    EXPECT_EQ(frequency, 128u);
+    EXPECT_TRUE(low == 32896u && frequency == 128u) << low << " " << frequency;
     uint32_t target = 70000;
     EXPECT_EQ(model.GetSymbol(target, frequency), 255u);
     EXPECT_EQ(target + frequency, 65536u);
@@ -154,28 +151,6 @@ TEST(ZoCompressRangeCoderTest, RandomScriptsRoundTrip)
     }
 }
 
-// Within 1 % of the order-0 entropy plus the 12 bytes of version, count and final low.
-TEST(ZoCompressRangeCoderTest, StationarySourceComesCloseToItsEntropy)
-{
-    const double probabilities[] = {0.5, 0.2, 0.12, 0.08, 0.05, 0.03, 0.015, 0.005};
-    std::discrete_distribution<uint32_t> source(std::begin(probabilities), std::end(probabilities));
-    std::mt19937 random(zotest::ModelTestSeed());
-    std::vector<double> counts(8, 0.0);
-    ZoStreamWriteBinaryMemory target;
-    {
-        ZoCompressRangeCoder coder(target, 8, 250000);
-        for (uint32_t i = 0; i < 1000000; ++i) {
-            const uint32_t symbol = source(random);
-            counts[symbol] += 1;
-            coder << symbol;
-        }
-    }
-    double bound = 12;
-    for (double count : counts)
-        bound -= count > 0 ? count * std::log2(count / 1000000) / 8 : 0;
-    EXPECT_LT(static_cast<double>(target.GetSize()), bound * 1.01);
-}
-
 TEST(ZoCompressRangeCoderTest, DamagedBlocksThrowStreamExceptions)
 {
     ZoStreamWriteBinaryMemory target;
@@ -196,9 +171,8 @@ TEST(ZoCompressRangeCoderTest, DamagedBlocksThrowStreamExceptions)
         decoder.ReadRaw(rest, sizeof rest);
     };
     // Cut anywhere: short headers fail in the scalar reads, short blocks in Initialize.
-    for (size_t size = 0; size < 12; ++size) {
-        EXPECT_ANY_THROW(decodeAll(Buffer(block.begin(), block.begin() + size)));
-    }
+    for (size_t size = 0; size < 12; ++size)
+        EXPECT_ANY_THROW(decodeAll(Buffer(block.begin(), block.begin() + size))) << size;
     for (size_t size = 12; size < block.size(); size += 7)
         expectStreamError([&] { decodeAll(Buffer(block.begin(), block.begin() + size)); }, "Initialize");
     for (uint32_t count : {0u, 3u})
@@ -210,10 +184,8 @@ TEST(ZoCompressRangeCoderTest, DamagedBlocksThrowStreamExceptions)
     expectStreamError([&] { decodeAll(shortened); }, "normalize");
     std::mt19937 random(zotest::ModelTestSeed());
     for (int trial = 0; trial < 300; ++trial) {
-        Buffer noise = zotest::Bytes({0, 0, 0, 0, 0, 0, 0, 0});
-        const uint32_t size = 4 + random() % 200;
-        noise[4] = static_cast<unsigned char>(size);
-        for (uint32_t i = 0; i < size; ++i)
+        Buffer noise = zotest::Bytes({0, 0, 0, 0, 4 + int(random() % 200), 0, 0, 0});
+        while (noise.size() < 8u + noise[4])
             noise.push_back(static_cast<unsigned char>(random()));
         expectStreamError([&] { decodeAll(noise); }, "normalize");
     }
