@@ -1,5 +1,4 @@
-// The deflate (ZIP) and LZMA codec classes, and the codec library the LZMA classes load: its calling
-// contract entered directly, headers, round trips, what a failed call leaves behind, damaged input.
+// The deflate (ZIP) and LZMA codec classes, and the codec library the LZMA classes load.
 #include "compression/ZoCompressLZMA.h"
 #include "compression/ZoCompressZIP.h"
 #include "compression/ZoDecompressLZMA.h"
@@ -80,19 +79,6 @@ struct ScopedCurrentFolder
     zotest::TempFolder folder;
 };
 
-// The file of a loaded shared library whose name contains `fragment`; empty when none is found or
-// the system does not list them (/proc/self/maps is Linux's list).
-std::string LoadedLibraryPath(const std::string& fragment)
-{
-    std::ifstream maps("/proc/self/maps");
-    for (std::string line; std::getline(maps, line);) {
-        const size_t slash = line.find('/');
-        if (slash != std::string::npos && line.find(fragment, slash) != std::string::npos)
-            return line.substr(slash);
-    }
-    return std::string();
-}
-
 Bytes CompressZIP(const Bytes& data)
 {
     ZoCompressZIP compressor;
@@ -105,11 +91,8 @@ Bytes Output(const ZoDecompressZIP& decompressor)
     return Copy(decompressor.GetOutputBuffer(), decompressor.GetOutputSize());
 }
 
-// Random bytes do not compress: deflate falls back to stored blocks, its worst case, which must
-// still fit 12 + trunc(1.1 * size) bytes for every size, small ones above all. Mixed data shrinks.
-// Empty input is the zlib header, an empty final fixed block and the Adler-32 of nothing. One
-// compressor makes every output, each call replacing the last; a copy shares the buffer, which
-// stays valid when either object goes or moves on.
+// Stored blocks (random data) must fit 12 + trunc(1.1 * size) bytes; one compressor makes every
+// output, each call replacing the last; a copy's shared buffer outlives the original.
 TEST(ZoCompressZIPTest, OutputFitsTheCapacityRoundTripsAndCopiesShareIt)
 {
     EXPECT_EQ(CompressZIP({}), Bytes({0x78, 0x9C, 0x03, 0x00, 0x00, 0x00, 0x00, 0x01}));
@@ -154,7 +137,6 @@ TEST(ZoDecompressZIPTest, ZeroSizeKeepsTheOutputAndFailuresEmptyTheObject)
     EXPECT_EQ(decompressor.Decompress(packed.data(), static_cast<uint32_t>(packed.size()), 0), 0);
     EXPECT_EQ(decompressor.GetOutputBuffer(), earlier);
     EXPECT_TRUE(Output(decompressor) == data);
-
     auto expectFailure = [&](const Bytes& input, uint32_t room) {
         const Bytes exact(input); // no slack past the end for a stray read
         EXPECT_EQ(decompressor.Decompress(exact.data(), static_cast<uint32_t>(exact.size()), room), 0);
@@ -186,10 +168,8 @@ const char16_t sc_libraryPath[] = u"./MepCompress.dll";
 const char16_t sc_libraryPath[] = u"./libMepCompress.so";
 #endif
 
-// The codec library entered directly. The size query answers from the header alone; neither entry
-// writes past its room, and short of room both fail and report 0 bytes. Headers that cannot be true
-// are damage, answered with a positive status (never the size query's -1), so that no caller
-// allocates what the header claims.
+// The codec library entered directly: the size query answers from the header alone, no entry writes
+// past its room, and impossible headers are damage (never the size query's -1).
 TEST(MepCompressTest, CallingContract)
 {
     ZO_REQUIRE_REAL_LZMA_CODEC();
@@ -213,7 +193,6 @@ TEST(MepCompressTest, CallingContract)
         output.assign(buffer.begin(), buffer.begin() + std::min(size, room));
         return status;
     };
-
     const Bytes data = RandomBytes(50000, 2);
     ASSERT_EQ(call(compress, data, 51000), 0);
     Bytes packed = output;
@@ -227,7 +206,6 @@ TEST(MepCompressTest, CallingContract)
     EXPECT_EQ(call(decompress, packed, 0, true), -1);
     EXPECT_EQ(size, 50000u);
     EXPECT_GT(call(decompress, packed, 50000), 0);
-
     ASSERT_EQ(call(compress, MixedBytes(3000, 1), 4000), 0);
     const Bytes sound = output;
     const uint64_t payload = sound.size() - 13;
@@ -241,20 +219,14 @@ TEST(MepCompressTest, CallingContract)
     Bytes headerOnly = with(1);
     headerOnly.resize(13);
     const std::pair<const char*, Bytes> cases[] = {
-        {"empty", Bytes()},
-        {"shorter than a header", Bytes(sound.begin(), sound.begin() + 12)},
-        {"unknown size", with(UINT64_MAX)},
-        {"size beyond 32 bits", with(UINT64_C(1) << 32)},
-        {"more than the payload can hold", with(payload * 8192 + 1)},
-        {"no payload but a size", headerOnly},
-        {"properties past pb=4", with(3000, 225)},
-        {"lc + lp above 4", with(3000, 4 * 9 + 1)},
-    };
+        {"empty", Bytes()}, {"shorter than a header", Bytes(sound.begin(), sound.begin() + 12)},
+        {"unknown size", with(UINT64_MAX)}, {"size beyond 32 bits", with(UINT64_C(1) << 32)},
+        {"more than the payload can hold", with(payload * 8192 + 1)}, {"no payload but a size", headerOnly},
+        {"properties past pb=4", with(3000, 225)}, {"lc + lp above 4", with(3000, 4 * 9 + 1)}};
     for (const auto& [name, input] : cases)
         EXPECT_TRUE(call(decompress, input, 0, true) > 0 && call(decompress, input, 4096) > 0) << name;
     EXPECT_EQ(call(decompress, with(payload * 8192), 0, true), -1) << "the limit itself is a size";
     EXPECT_EQ(size, payload * 8192);
-
     const unsigned char* input = sound.data();
     const unsigned char* noInput = nullptr;
     unsigned char buffer[100];
@@ -293,8 +265,10 @@ TEST(ZoCompressLZMATest, MissingLibraryOrEntries)
     std::ofstream(staged) << "not a library";
     EXPECT_EQ(ZoOS::LoadDynamicLibrary(sc_libraryPath), nullptr);
     EXPECT_EQ(ZoOS::GetLastErrorCode(), static_cast<uint32_t>(ENOEXEC));
-
-    const std::string zlib = LoadedLibraryPath("/libz.so");
+    std::string zlib; // the process has loaded it, and Linux lists it in /proc/self/maps
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; zlib.empty() && std::getline(maps, line);)
+        zlib = line.find("/libz.so") != std::string::npos ? line.substr(line.find('/')) : "";
     ASSERT_FALSE(zlib.empty());
     ZoOS::LibraryHandle library = ZoOS::LoadDynamicLibrary(zlib.c_str());
     ASSERT_NE(library, nullptr);
