@@ -383,8 +383,7 @@ TEST(ZoDecompressLZMATest, FailuresAndDamagedInput)
         for (int i = 0; i < 8; ++i)
             noise[5 + i] = static_cast<unsigned char>(static_cast<uint64_t>(claimed) >> (8 * i));
         noise[13] = 0;
-        const uint32_t expected = decompress(noise) == 1 ? claimed : 0u;
-        EXPECT_EQ(decompressor.GetOutputSize(), expected);
+        EXPECT_TRUE(decompress(noise) == 0 || decompressor.GetOutputSize() == claimed) << claimed;
     }
     ZO_REQUIRE_REAL_LZMA_CODEC();
     Bytes damaged = packed;
