@@ -1,5 +1,5 @@
-// The text reader's rules through a stream over bytes in memory (line breaks, long lines, the code
-// page, the end of the stream), and the text file reader over files and callers' archives.
+// The text reader's rules through a stream over bytes in memory (line breaks, long lines, the code page, the
+// end), and the text file reader over files and callers' archives.
 #include "base/ZoClassSerialization.h"
 #include "base/ZoExceptionStream.h"
 #include "base/ZoStreamReadASCII.h"
@@ -65,34 +65,19 @@ Lines readAllLines(const std::string& bytes)
 
 TEST(ZoStreamReadASCIITest, LineBreaksLongLinesAndTheCodePage)
 {
-    const std::string x126(126, 'x'), x127(127, 'x'), y300(300, 'y');
-    const struct
-    {
-        std::string bytes;
-        Lines lines;
-    } cases[] = {
-        {"ab\r\ncd", {"ab", "cd"}},
-        {"", {""}},
-        // A break at the very end is followed by one more, empty line.
-        {"ab\ncd\n", {"ab", "cd", ""}},
-        {"\r\n\r\n", {"", "", ""}},
-        // A carriage return takes the next byte with it, whatever it is.
-        {"a\rb\nc", {"a", "", "c"}},
-        {"a\r\rb", {"a", "b"}},
-        {"a\r", {"a"}},
-        // Lines of a chunk less one, a chunk and more, and breaks right at a chunk's end.
+    const std::string x126(126, 'x'), x127(127, 'x');
+    // Nothing; a carriage return takes the next byte with it, whatever it is; lines of a chunk less one, a chunk
+    // and more, breaks right at a chunk's end; Windows-1252 (0x81 has no character and stays U+0081).
+    const std::pair<std::string, Lines> cases[] = {
+        {"", {""}}, {"a\rb\nc", {"a", "", "c"}}, {"a\r\rb", {"a", "b"}}, {"a\r", {"a"}},
         {x126 + "\n" + x127 + "\n" + x127 + "x", {x126, x127, x127 + "x"}},
-        {y300 + "\r\n" + y300, {y300, y300}},
-        // Windows-1252: 0x80 is the euro sign, 0x81 has no character and stays U+0081.
         {"\x80 \xE9\xFF\n\x81", {"\u20ac \u00e9\u00ff", "\u0081"}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.bytes));
-        EXPECT_EQ(readAllLines(c.bytes), c.lines);
-    }
+    for (const auto& [bytes, lines] : cases)
+        EXPECT_EQ(readAllLines(bytes), lines) << testing::PrintToString(bytes);
 }
 
-// Random lines joined with either break, read from memory and from a file, against the lines.
+// Random lines (long ones too) joined with either break, and maybe one at the end, from memory and from a file.
 TEST(ZoStreamReadASCIITest, RandomTextsSplitAsTheirLinesWereJoined)
 {
     zotest::TempFolder folder;
@@ -139,8 +124,7 @@ TEST(ZoStreamReadASCIITest, CharactersUntilTheEndThenNothingMoreIsRead)
     expectEndError(stream, c, 106);
     expectEndError(stream, line, 41);
     EXPECT_EQ(stream.position, position);
-    // Numbers cannot be read from text, and consume nothing.
-    MemoryTextStream numbers("12");
+    MemoryTextStream numbers("12"); // numbers cannot be read from text, and consume nothing
     int value = 7;
     EXPECT_THROW(static_cast<ZoStreamRead&>(numbers) >> value, ZoExceptionStream);
     EXPECT_THROW(numbers.ReadAndCompareVersion(3), ZoExceptionStream);
@@ -184,8 +168,7 @@ TEST(ZoStreamReadASCIIFileTest, ACallersArchiveStaysTheCallersAndAnUnreadableOne
     char rest[3] = {};
     EXPECT_EQ(archive.Read(rest, 3), 3u);
     EXPECT_EQ(std::string(rest, 3), "two");
-    // A storing archive cannot be read: the archive's exception becomes the end of the text.
-    CMemFile target;
+    CMemFile target; // a storing archive cannot be read: its exception becomes the end of the text
     CArchive storing(&target, CArchive::store);
     ZoStreamReadASCIIFile fromStoring(storing);
     EXPECT_EQ(readAllLines(fromStoring, 1, "ZoStreamReadASCIIFile"), Lines({""}));
