@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
@@ -13,12 +14,10 @@
 
 namespace {
 
-// Windows loads libraries only by backslash paths.
-CString nativePath(const char* path)
+CString nativePath(const char* path) // Windows loads libraries only by backslash paths
 {
     std::u16string text = CString(path).GetStdString();
-    for (char16_t& c : text)
-        c = c == u'/' ? ZoOS::GetPathSeparator() : c;
+    std::replace(text.begin(), text.end(), u'/', ZoOS::GetPathSeparator());
     return CString(text);
 }
 

@@ -45,20 +45,11 @@ Buffer encode(const T& value)
     return stream.GetBuffer();
 }
 
-// Runs `read` on a stream over `bytes`; the line of the ZoExceptionStream it throws (its method checked), or 0.
-template <class Read>
-uint32_t failingLine(const Buffer& bytes, const char* method, Read read)
+// `read` on a stream over `bytes` throws the reader's stream exception at `line` of `method`.
+void expectReadError(const Buffer& bytes, const char* method, uint32_t line, const std::function<void(ZoStreamReadBinary&)>& read)
 {
-    ZoStreamReadBinaryMemory stream(bytes);
-    try {
-        read(stream);
-    } catch (const ZoExceptionStream& e) {
-        EXPECT_EQ(e.GetThrowingMethodName().ToUtf8(), method);
-        EXPECT_EQ(e.GetThrowingClassName(), CString(u"ZoStreamReadBinary"));
-        EXPECT_EQ(e.GetFileName(), CString(u"..\\base\\ZoStreamReadBinary.cpp"));
-        return e.GetCodeLine();
-    }
-    return 0;
+    ZoStreamReadBinaryMemory in(bytes);
+    zotest::ExpectThrowSite<ZoExceptionStream>([&] { read(in); }, "..\\base\\ZoStreamReadBinary.cpp", "ZoStreamReadBinary", method, line);
 }
 
 // One scalar both ways (FORMATS.md has one of each fixed width; `long` is the platform's), and all but its
@@ -72,8 +63,7 @@ void expectScalar(T value, const Buffer& bytes, uint32_t shortLine)
     T read{};
     in >> read;
     EXPECT_EQ(read, value);
-    EXPECT_EQ(failingLine(Buffer(bytes.begin(), bytes.end() - 1), "operator >>", [](ZoStreamReadBinary& s) { T v; s >> v; }),
-              shortLine);
+    expectReadError(Buffer(bytes.begin(), bytes.end() - 1), "operator >>", shortLine, [](ZoStreamReadBinary& s) { T v; s >> v; });
 }
 
 TEST(ZoStreamBinaryTest, ScalarsAreTheirLittleEndianBytesAndShortReadsNameTheirType)
@@ -138,8 +128,8 @@ TEST(ZoStreamBinaryTest, DamagedStringsAndRandomBytesEndInTheLibrarysException)
     // No wide marker (a narrow string is not accepted), or a length cut short; then characters cut short.
     for (const Buffer& bytes : {Bytes({0x03, 0x61, 0x62, 0x63}), Bytes({0xFF, 0xFE}), Bytes({0xFF, 0xFE, 0xFF}),
                                 Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0x2C}), Bytes({0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0x01})})
-        EXPECT_EQ(failingLine(bytes, "readStringLength", readString), 346u);
-    EXPECT_EQ(failingLine(Bytes({0xFF, 0xFE, 0xFF, 0x03, 0x61, 0x00, 0x62}), "operator >> (CString)", readString), 320u);
+        expectReadError(bytes, "readStringLength", 346, readString);
+    expectReadError(Bytes({0xFF, 0xFE, 0xFF, 0x03, 0x61, 0x00, 0x62}), "operator >> (CString)", 320, readString);
     const unsigned seed = zotest::ModelTestSeed();
     SCOPED_TRACE(testing::Message() << "seed " << seed << " (ZO_TEST_SEED replays it)");
     std::mt19937 random(seed);

@@ -13,23 +13,12 @@
 
 namespace {
 
-class MemoryTextStream : public ZoStreamReadASCII
+struct MemoryTextStream : ZoStreamReadASCII
 {
-public:
-    explicit MemoryTextStream(std::string bytes) : m_bytes(std::move(bytes)) {}
+    explicit MemoryTextStream(std::string bytes) : bytes(std::move(bytes)) {}
+    bool read(char& c) override { return position >= bytes.size() || (c = bytes[position++], false); }
+    std::string bytes;
     size_t position = 0;
-
-protected:
-    bool read(char& c) override
-    {
-        if (position >= m_bytes.size())
-            return true;
-        c = m_bytes[position++];
-        return false;
-    }
-
-private:
-    std::string m_bytes;
 };
 
 // The stream's own class is named, also where the base class throws.

@@ -95,7 +95,7 @@ TEST(CFileTest, FailuresThrowCFileExceptionWithCauseAndPath)
 #endif
 }
 
-TEST(CMemFileTest, GrowsZeroFillsGapsAndReadsShort)
+TEST(CMemFileTest, GrowsZeroFillsGapsReadsShortAndKeepsACallersBuffer)
 {
     CMemFile file(4);
     file.Write("ab", 2);
@@ -117,17 +117,13 @@ TEST(CMemFileTest, GrowsZeroFillsGapsAndReadsShort)
     EXPECT_EQ(std::memcmp(detached, "ab\0\0\0c", 6), 0);
     EXPECT_EQ(file.GetLength(), 0u);
     std::free(detached);
-
     // The gap is zeroed even where the buffer held other bytes: growing within the allocation keeps them.
     auto* dirty = static_cast<unsigned char*>(std::memset(std::malloc(64), 0xAA, 64));
     CMemFile reused(dirty, 2, 64);
     reused.Seek(10, CFile::begin);
     reused.Write("c", 1);
     EXPECT_EQ(memText(reused), std::string("\xAA\xAA\0\0\0\0\0\0\0\0c", 11));
-}
-
-TEST(CMemFileTest, AttachedBuffersStayTheCallersUnlessTheFileMayGrowThem)
-{
+    // Attached buffers stay the caller's unless the file may grow them.
     unsigned char fixed[4] = {1, 2, 3, 4};
     {
         CMemFile file(fixed, 4);
