@@ -91,11 +91,7 @@ std::string hexText(const Bytes& bytes, size_t from = 0, size_t count = SIZE_MAX
 std::string describe(bool value) { return value ? "true" : "false"; }
 template <class T, std::enable_if_t<std::is_integral_v<T>, int> = 0>
 std::string describe(T value) { return std::to_string(value + 0); }
-std::string describe(double value, int digits = 17)
-{
-    char text[40];
-    return std::snprintf(text, sizeof text, "%.*g", digits, value), text;
-}
+std::string describe(double value, int digits = 17) { char text[40]; return std::snprintf(text, sizeof text, "%.*g", digits, value), text; }
 std::string describe(float value) { return describe(value, 9); }
 // A quoted string; \uXXXX outside printable ASCII; a run of 8 or more equal units as "x"*count.
 std::string describe(const CString& value)
@@ -126,11 +122,7 @@ struct Entry
     std::function<std::string(const Bytes&)> read; // decodes, and says what it found in the values' words
 };
 
-Bytes written(const Writer& write)
-{
-    ZoStreamWriteBinaryMemory out;
-    return write(out), out.GetBuffer();
-}
+Bytes written(const Writer& write) { ZoStreamWriteBinaryMemory out; return write(out), out.GetBuffer(); }
 
 Entry onStream(const char* name, const char* values, Writer write, std::function<std::string(ZoStreamReadBinary&)> read)
 {
@@ -219,11 +211,7 @@ Entry predicted(const char* name, const char* values, std::vector<T> series, Mak
     });
 }
 
-bool atEnd(ZoStreamReadBinary& in)
-{
-    unsigned char next = 0;
-    return in.ReadBuffer(&next, 1) == 0;
-}
+bool atEnd(ZoStreamReadBinary& in) { unsigned char next = 0; return in.ReadBuffer(&next, 1) == 0; }
 
 class ShortestPathProbe : public ZoMpGraphToShortestPath
 {
