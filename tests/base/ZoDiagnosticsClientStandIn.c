@@ -1,6 +1,5 @@
-/* A stand-in for the diagnostics viewer's client library, built by the tests as
- * libDiagnosticsClient.so / DiagnosticsClient.dll: the three entries the library looks up, and two
- * more through which a test reads back what the trace entry received. */
+/* The tests' stand-in for the diagnostics viewer's client library (libDiagnosticsClient.so, DiagnosticsClient.dll):
+ * the three entries the library looks up, and two through which a test reads what the trace entry received. */
 #include <stdint.h>
 
 #if defined(_WIN32)
@@ -31,12 +30,5 @@ STAND_IN_EXPORT void SendDiagnosticsTraceW(const uint16_t* text)
 STAND_IN_EXPORT void SendDiagnosticsTimerW(void) {}
 STAND_IN_EXPORT void SendDiagnosticsBitmapW(void) {}
 
-STAND_IN_EXPORT int StandInTraceCount(void)
-{
-    return __atomic_load_n(&g_traceCount, __ATOMIC_ACQUIRE);
-}
-
-STAND_IN_EXPORT const uint16_t* StandInLastTrace(void)
-{
-    return g_lastTrace;
-}
+STAND_IN_EXPORT int StandInTraceCount(void) { return __atomic_load_n(&g_traceCount, __ATOMIC_ACQUIRE); }
+STAND_IN_EXPORT const uint16_t* StandInLastTrace(void) { return g_lastTrace; }

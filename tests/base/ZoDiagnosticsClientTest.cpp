@@ -1,13 +1,12 @@
-// The diagnostics client against a missing library, a library without the viewer's entries, and
-// the tests' stand-in viewer library; then the diagnostics stream through the process-wide client.
-// Each client test makes a client of its own, so that the single load attempt of one does not
-// decide the others.
+// The diagnostics client against a missing library, one without the viewer's entries and the tests' stand-in
+// viewer, each test with a client of its own (one load attempt each); then the stream through the process's client.
 #include "base/ZoDiagnosticsClient.h"
 #include "base/ZoStreamWriteASCIITraceDiagnostic.h"
 #include "platform/ZoOS.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
@@ -15,12 +14,10 @@
 
 namespace {
 
-// Windows loads libraries only by backslash paths.
-CString nativePath(const char* path)
+CString nativePath(const char* path) // Windows loads libraries only by backslash paths
 {
     std::u16string text = CString(path).GetStdString();
-    for (char16_t& c : text)
-        c = c == u'/' ? ZoOS::GetPathSeparator() : c;
+    std::replace(text.begin(), text.end(), u'/', ZoOS::GetPathSeparator());
     return CString(text);
 }
 
@@ -28,6 +25,7 @@ CString nativePath(const char* path)
 struct StandIn
 {
     const ZoOS::LibraryHandle library = ZoOS::LoadDynamicLibrary(nativePath(ZO_TEST_DIAGNOSTICS_CLIENT));
+    StandIn() { EXPECT_NE(library, nullptr); }
     int (*count)() = reinterpret_cast<int (*)()>(ZoOS::GetDynamicEntry(library, "StandInTraceCount"));
     const char16_t* (*last)() = reinterpret_cast<const char16_t* (*)()>(ZoOS::GetDynamicEntry(library, "StandInLastTrace"));
 };
@@ -59,26 +57,17 @@ TEST(ZoDiagnosticsClientTest, AMissingLibraryOrMissingEntriesAreReportedOnce)
 TEST(ZoDiagnosticsClientTest, TextIsItsOwnFormatAndIsCutToTheViewersBuffer)
 {
     const StandIn standIn;
-    ASSERT_NE(standIn.library, nullptr);
     ZoDiagnosticsClient client(nativePath(ZO_TEST_DIAGNOSTICS_CLIENT));
     const int before = standIn.count();
-    const struct
-    {
-        CString text;
-        CString sent;
-    } cases[] = {
-        // "%%" becomes a percent sign; directives without arguments stay as they are.
-        {CString(u"50%% done, %d left %s"), CString(u"50% done, %d left %s")},
-        {CString(), CString()},
-        {CString(u'x', 5000), CString(u'x', 2047)},
-        // The cut counts formatted text: 2047 percent signs come from 4094 units.
-        {CString(u'%', 5000), CString(u'%', 2047)},
-        // A surrogate pair is never split in two at the cut.
+    // "%%" is a percent sign, lone directives stay; the cut counts formatted text and never splits a surrogate pair.
+    const std::pair<CString, CString> cases[] = {
+        {CString(u"50%% done, %d left %s"), CString(u"50% done, %d left %s")}, {CString(), CString()},
+        {CString(u'x', 5000), CString(u'x', 2047)}, {CString(u'%', 5000), CString(u'%', 2047)},
         {CString(u'y', 2046) + u"\U0001F600z", CString(u'y', 2046)},
     };
-    for (const auto& c : cases) {
-        client.Trace(c.text);
-        EXPECT_EQ(CString(standIn.last()), c.sent);
+    for (const auto& [text, sent] : cases) {
+        client.Trace(text);
+        EXPECT_EQ(CString(standIn.last()), sent);
     }
     EXPECT_TRUE(client.IsConnected());
     EXPECT_EQ(standIn.count(), before + 5);
@@ -87,7 +76,6 @@ TEST(ZoDiagnosticsClientTest, TextIsItsOwnFormatAndIsCutToTheViewersBuffer)
 TEST(ZoDiagnosticsClientConcurrentTest, FirstTracesFromSeveralThreadsAtOnceLoadTheLibraryOnce)
 {
     const StandIn standIn;
-    ASSERT_NE(standIn.library, nullptr);
     ZoDiagnosticsClient client(nativePath(ZO_TEST_DIAGNOSTICS_CLIENT));
     const int before = standIn.count();
     std::vector<std::thread> tracers;
@@ -102,7 +90,7 @@ TEST(ZoDiagnosticsClientConcurrentTest, FirstTracesFromSeveralThreadsAtOnceLoadT
     EXPECT_EQ(standIn.count(), before + 4 * 50) << "every thread's traces reach the viewer";
 }
 
-// In a fresh process of its own, since the process-wide client makes one load attempt per process.
+// In a fresh process: the process-wide client makes one load attempt per process.
 TEST(ZoStreamWriteASCIITraceDiagnosticTest, WithoutTheViewerTheUserIsToldOnceAndWritesAreDropped)
 {
 #if defined(_WIN32)
@@ -124,7 +112,6 @@ TEST(ZoStreamWriteASCIITraceDiagnosticTest, WithoutTheViewerTheUserIsToldOnceAnd
 TEST(ZoStreamWriteASCIITraceDiagnosticTest, EachWriteIsOneMessageToTheViewer)
 {
     const StandIn standIn;
-    ASSERT_NE(standIn.library, nullptr);
     testing::internal::CaptureStderr();
     ZoStreamWriteASCIITraceDiagnostic stream;
     const int before = standIn.count();

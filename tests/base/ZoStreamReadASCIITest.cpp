@@ -1,35 +1,29 @@
-// The text reader's rules through a stream over bytes in memory (line breaks, long lines, the code
-// page, the end of the stream), and the text file reader over files and callers' archives.
+// The text reader's rules through a stream over bytes in memory (line breaks, long lines, the code page, the
+// end), the text file reader over files and callers' archives, and the archive factory's folders, chores and lines.
 #include "base/ZoClassSerialization.h"
 #include "base/ZoExceptionStream.h"
 #include "base/ZoStreamReadASCII.h"
 #include "base/ZoStreamReadASCIIFile.h"
 #include "platform/CArchive.h"
 #include "platform/CMemFile.h"
+#include "platform/ZoOS.h"
 
 #include "ZoTestSupport.h"
 
+#include <cstring>
 #include <functional>
 
 namespace {
 
-class MemoryTextStream : public ZoStreamReadASCII
+using ZCS = ZoClassSerialization;
+using zotest::Bytes;
+
+struct MemoryTextStream : ZoStreamReadASCII
 {
-public:
-    explicit MemoryTextStream(std::string bytes) : m_bytes(std::move(bytes)) {}
+    explicit MemoryTextStream(std::string bytes) : bytes(std::move(bytes)) {}
+    bool read(char& c) override { return position >= bytes.size() || (c = bytes[position++], false); }
+    std::string bytes;
     size_t position = 0;
-
-protected:
-    bool read(char& c) override
-    {
-        if (position >= m_bytes.size())
-            return true;
-        c = m_bytes[position++];
-        return false;
-    }
-
-private:
-    std::string m_bytes;
 };
 
 // The stream's own class is named, also where the base class throws.
@@ -65,34 +59,19 @@ Lines readAllLines(const std::string& bytes)
 
 TEST(ZoStreamReadASCIITest, LineBreaksLongLinesAndTheCodePage)
 {
-    const std::string x126(126, 'x'), x127(127, 'x'), y300(300, 'y');
-    const struct
-    {
-        std::string bytes;
-        Lines lines;
-    } cases[] = {
-        {"ab\r\ncd", {"ab", "cd"}},
-        {"", {""}},
-        // A break at the very end is followed by one more, empty line.
-        {"ab\ncd\n", {"ab", "cd", ""}},
-        {"\r\n\r\n", {"", "", ""}},
-        // A carriage return takes the next byte with it, whatever it is.
-        {"a\rb\nc", {"a", "", "c"}},
-        {"a\r\rb", {"a", "b"}},
-        {"a\r", {"a"}},
-        // Lines of a chunk less one, a chunk and more, and breaks right at a chunk's end.
+    const std::string x126(126, 'x'), x127(127, 'x');
+    // Nothing; a carriage return takes the next byte with it, whatever it is; lines of a chunk less one, a chunk
+    // and more, breaks right at a chunk's end; Windows-1252 (0x81 has no character and stays U+0081).
+    const std::pair<std::string, Lines> cases[] = {
+        {"", {""}}, {"a\rb\nc", {"a", "", "c"}}, {"a\r\rb", {"a", "b"}}, {"a\r", {"a"}},
         {x126 + "\n" + x127 + "\n" + x127 + "x", {x126, x127, x127 + "x"}},
-        {y300 + "\r\n" + y300, {y300, y300}},
-        // Windows-1252: 0x80 is the euro sign, 0x81 has no character and stays U+0081.
         {"\x80 \xE9\xFF\n\x81", {"\u20ac \u00e9\u00ff", "\u0081"}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.bytes));
-        EXPECT_EQ(readAllLines(c.bytes), c.lines);
-    }
+    for (const auto& [bytes, lines] : cases)
+        EXPECT_EQ(readAllLines(bytes), lines) << testing::PrintToString(bytes);
 }
 
-// Random lines joined with either break, read from memory and from a file, against the lines.
+// Random lines (long ones too) joined with either break, and maybe one at the end, from memory and from a file.
 TEST(ZoStreamReadASCIITest, RandomTextsSplitAsTheirLinesWereJoined)
 {
     zotest::TempFolder folder;
@@ -139,8 +118,7 @@ TEST(ZoStreamReadASCIITest, CharactersUntilTheEndThenNothingMoreIsRead)
     expectEndError(stream, c, 106);
     expectEndError(stream, line, 41);
     EXPECT_EQ(stream.position, position);
-    // Numbers cannot be read from text, and consume nothing.
-    MemoryTextStream numbers("12");
+    MemoryTextStream numbers("12"); // numbers cannot be read from text, and consume nothing
     int value = 7;
     EXPECT_THROW(static_cast<ZoStreamRead&>(numbers) >> value, ZoExceptionStream);
     EXPECT_THROW(numbers.ReadAndCompareVersion(3), ZoExceptionStream);
@@ -184,11 +162,105 @@ TEST(ZoStreamReadASCIIFileTest, ACallersArchiveStaysTheCallersAndAnUnreadableOne
     char rest[3] = {};
     EXPECT_EQ(archive.Read(rest, 3), 3u);
     EXPECT_EQ(std::string(rest, 3), "two");
-    // A storing archive cannot be read: the archive's exception becomes the end of the text.
-    CMemFile target;
+    CMemFile target; // a storing archive cannot be read: its exception becomes the end of the text
     CArchive storing(&target, CArchive::store);
     ZoStreamReadASCIIFile fromStoring(storing);
     EXPECT_EQ(readAllLines(fromStoring, 1, "ZoStreamReadASCIIFile"), Lines({""}));
+}
+
+TEST(ZoClassSerializationTest, SpecialDirectoriesEndInTheSeparator)
+{
+    zotest::TempFolder folder;
+    const char16_t separator = ZoOS::GetPathSeparator();
+    {
+        zotest::ScopedSystemTemporary redirected(folder);
+        const CString temp = ZCS::GetDirectory(ZCS::eTemporary);
+        EXPECT_EQ(temp, folder.CPath() + separator);
+        EXPECT_EQ(ZCS::GetDirectory(ZCS::eHalvo), temp + u"Halvo" + separator);
+        EXPECT_EQ(ZCS::GetDirectory(ZCS::eTestSuite), temp + u"ZoTestSuite" + separator);
+    }
+    for (int directory = 0; directory <= 15; ++directory) {
+        const CString path = ZCS::GetDirectory(static_cast<ZCS::ESpecialDirectory>(directory));
+        ASSERT_FALSE(path.IsEmpty()) << directory;
+        EXPECT_EQ(path[path.GetLength() - 1], separator) << directory;
+    }
+    EXPECT_EQ(ZCS::GetDirectory(ZCS::eCurrent), CString(std::filesystem::current_path().string()) + separator);
+    const CString module = ZCS::GetDirectory(ZCS::eModule);
+    EXPECT_TRUE(ZCS::Exists(module + u"zo-tests") || ZCS::Exists(module + u"zo-tests.exe"));
+    EXPECT_EQ(module, ZCS::GetDirectory(ZCS::eApplication));
+}
+
+TEST(ZoClassSerializationTest, FileChoresAndArchivesThatCannotOpen)
+{
+    zotest::TempFolder folder;
+    const CString deep = folder.CPath("a/b/c"), file = folder.CPath("file"), copy = folder.CPath("new/folder/copy");
+    EXPECT_EQ(ZCS::CreateDirectoryW(deep), 1);
+    EXPECT_EQ(ZCS::IsDirectory(deep), 1);
+    EXPECT_EQ(ZCS::CreateDirectoryW(deep), 1); // already there
+    zotest::WriteBytes(folder.Path("file"), Bytes({1, 2, 3}));
+    EXPECT_EQ(ZCS::CreateDirectoryW(file), 0);
+    EXPECT_EQ(ZCS::CreateDirectoryW(folder.CPath("file/below")), 0);
+    EXPECT_EQ(ZCS::IsDirectory(file), 0);
+    EXPECT_EQ(ZCS::Exists(file), 1);
+    EXPECT_EQ(ZCS::GetFileSize(file), 3u);
+    EXPECT_EQ(ZCS::GetFileSize(folder.CPath("missing")), 0u);
+    EXPECT_EQ(ZCS::CopyFileW(folder.CPath("missing"), folder.CPath("x"), 0), 0);
+    EXPECT_EQ(ZCS::CopyFileW(file, copy, 0), 1);
+    EXPECT_EQ(zotest::ReadBytes(folder.Path("new/folder/copy")), Bytes({1, 2, 3}));
+    EXPECT_EQ(ZCS::CopyFileW(file, copy, 1), 0);
+    EXPECT_EQ(ZCS::CopyFileW(file, copy, 0), 1);
+    EXPECT_EQ(ZCS::DeleteFileW(copy), 1);
+    EXPECT_EQ(ZCS::DeleteFileW(copy), 0);
+
+    EXPECT_EQ(ZCS::CreateArchive(folder.CPath("missing"), ZCS::eRead), nullptr);
+    EXPECT_EQ(ZCS::CreateArchive(folder.CPath("x"), static_cast<ZCS::ESerializationMode>(3)), nullptr);
+    EXPECT_EQ(ZCS::CreateArchive(folder.CPath(), ZCS::eRead), nullptr); // a folder
+    EXPECT_EQ(ZCS::ReleaseArchive(nullptr), 0);
+}
+
+TEST(ZoClassSerializationTest, LinesTokensAndStrings)
+{
+    zotest::TempFolder folder;
+    const CString path = folder.CPath("text.txt");
+    CArchive* out = ZCS::CreateArchive(path, ZCS::eWrite);
+    ASSERT_NE(out, nullptr);
+    ZCS::WriteLine(*out, u"first line\r");
+    ZCS::WriteLine(*out, u"caf\u00e9 \u20ac\n"); // already ends with a line feed
+    ZCS::WriteString(*out, u" tok\u4e16n\tlast");
+    EXPECT_EQ(ZCS::ReleaseArchive(out), 1);
+    EXPECT_EQ(zotest::ReadBytes(folder.Path("text.txt")),
+              Bytes({'f', 'i', 'r', 's', 't', ' ', 'l', 'i', 'n', 'e', '\r', '\n', 'c', 'a', 'f', 0xE9, ' ', 0x80, '\n',
+                     ' ', 't', 'o', 'k', '?', 'n', '\t', 'l', 'a', 's', 't'}));
+
+    CArchive* in = ZCS::CreateArchive(path, ZCS::eRead);
+    ASSERT_NE(in, nullptr);
+    char buffer[64];
+    EXPECT_EQ(ZCS::ReadLine(*in, buffer, sizeof buffer), 11u);
+    EXPECT_STREQ(buffer, "first line\r"); // the carriage return is kept
+    CString line;
+    EXPECT_EQ(ZCS::ReadLine(*in, line), 1);
+    EXPECT_EQ(line, CString(u"caf\u00e9 \u20ac"));
+    buffer[0] = 'q';
+    EXPECT_EQ(ZCS::ReadToken(*in, buffer, 0, 1), 0u); // no room at all: nothing read or written
+    EXPECT_EQ(ZCS::ReadLine(*in, buffer, 0), 0u);
+    EXPECT_EQ(buffer[0], 'q');
+    const std::pair<uint32_t, const char*> tokens[] = {{1, ""}, {sizeof buffer, ""}, {3, "to"}, {sizeof buffer, "k?n"}};
+    for (const auto& [size, token] : tokens) { // room for the terminator only; a leading blank; cut; whole
+        EXPECT_EQ(ZCS::ReadToken(*in, buffer, size, 0), std::strlen(token));
+        EXPECT_STREQ(buffer, token);
+    }
+    EXPECT_EQ(ZCS::ReadToken(*in, buffer, sizeof buffer, 1), 4u);
+    EXPECT_STREQ(buffer, "last");
+    EXPECT_EQ(ZCS::ReadLine(*in, buffer, sizeof buffer), 0u);
+    EXPECT_STREQ(buffer, "");
+    EXPECT_EQ(ZCS::ReadLine(*in, line), 0);
+    EXPECT_EQ(ZCS::ReleaseArchive(in), 1);
+
+    zotest::WriteBytes(folder.Path("blank.txt"), Bytes({' ', 'a', ' ', 'b'})); // a leading blank is kept when asked for
+    in = ZCS::CreateArchive(folder.CPath("blank.txt"), ZCS::eRead);
+    EXPECT_EQ(ZCS::ReadToken(*in, buffer, sizeof buffer, 1), 2u);
+    EXPECT_STREQ(buffer, " a");
+    ZCS::ReleaseArchive(in);
 }
 
 } // namespace

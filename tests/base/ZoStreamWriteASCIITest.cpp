@@ -1,8 +1,10 @@
-// The text writers: the text of every value type (logs and dumps are compared against it), the
-// string, file and trace streams, and the debug dump's names.
+// The text writers: the text of every value type (logs and dumps are compared against it), the string, file,
+// trace and console streams, the console's flags, and the debug dump's names.
 #include "base/ZoClassSerialization.h"
+#include "base/ZoConsole.h"
 #include "base/ZoDebugSerialization.h"
 #include "base/ZoExceptionStream.h"
+#include "base/ZoStreamWriteASCIIConsole.h"
 #include "base/ZoStreamWriteASCIIFile.h"
 #include "base/ZoStreamWriteASCIIString.h"
 #include "base/ZoStreamWriteASCIITrace.h"
@@ -104,8 +106,7 @@ TEST(ZoStreamWriteASCIIFileTest, EachWriteReachesTheFileAtOnceInTheAnsiCodePage)
     EXPECT_EQ(fileText(path).substr(23), "\n2");
     ZoStreamWriteASCIIFile(CString(path)) << u"new";
     EXPECT_EQ(fileText(path), "new");
-    // Appending to a file that does not exist yet creates it.
-    ZoStreamWriteASCIIFile(folder.CPath("fresh.txt"), ZoStreamWriteASCIIFile::eAccessAppend) << true;
+    ZoStreamWriteASCIIFile(folder.CPath("fresh.txt"), ZoStreamWriteASCIIFile::eAccessAppend) << true; // creates it
     EXPECT_EQ(fileText(folder.Path("fresh.txt")), "true");
     {
         zotest::ScopedSystemTemporary redirected(folder);
@@ -115,10 +116,8 @@ TEST(ZoStreamWriteASCIIFileTest, EachWriteReachesTheFileAtOnceInTheAnsiCodePage)
     EXPECT_EQ(fileText(folder.Path("in-temp.txt")), "42");
 
     zotest::WriteBytes(folder.Path("plain-file"), Bytes({'x'}));
-    const std::function<void()> failures[] = {
-        // The folder for the file cannot be made: a file stands where it should be.
+    const std::function<void()> failures[] = { // a file stands where the folder should be; modes past append
         [&] { ZoStreamWriteASCIIFile stream(folder.CPath("plain-file/log.txt")); },
-        // Access modes other than write and append open nothing at all.
         [&] { ZoStreamWriteASCIIFile stream(folder.CPath("log.txt"), ZoStreamWriteASCIIFile::EAccessMode(2)); },
         [&] { ZoStreamWriteASCIIFile stream(ZoClassSerialization::eTemporary, u"x.txt", ZoStreamWriteASCIIFile::EAccessMode(-1)); },
     };
@@ -148,8 +147,7 @@ TEST(ZoStreamWriteASCIITraceTest, TextReachesTheTraceOutputWholeInDebugBuildsOnl
 #if defined(_WIN32)
     GTEST_SKIP() << "the trace output there is the debugger's, not standard error";
 #endif
-    // Long enough to be passed on in three pieces; the pieces must join up seamlessly.
-    std::string longText;
+    std::string longText; // passed on in three pieces, which must join up seamlessly
     for (int i = 0; i < 2100; ++i)
         longText += static_cast<char>('a' + i % 26);
     testing::internal::CaptureStderr();
@@ -172,6 +170,40 @@ TEST(ZoDebugSerializationTest, NamesFileNamesAndLines)
     ZoStreamWriteASCIIString text;
     dump.Write(text, ZoDebugSerialization::ElementName(u"size", 0), u"12");
     EXPECT_EQ(text.GetText(), CString(u"mesh<1>.size[0] = 12\n"));
+}
+
+void expectConsole(bool hasConsole, bool attached, const CString& text, const char* shown)
+{
+    EXPECT_EQ(ZoConsole::HasConsole(), hasConsole);
+    EXPECT_EQ(ZoConsole::IsAttached(), attached);
+    testing::internal::CaptureStdout();
+    ZoConsole::Write(text);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), shown);
+}
+
+// The console's two flags through every transition; text reaches standard output only while there is a console.
+TEST(ZoConsoleTest, FlagsFollowAttachCreateAndDeleteAndTheConsoleStreamAttaches)
+{
+#if defined(_WIN32)
+    GTEST_SKIP() << "the console there is a window of its own, not the captured standard output";
+#endif
+    ZoConsole::Delete();
+    expectConsole(false, false, u"lost", "");
+    ZoConsole::Attach(0); // standard output is the parent's console, so attaching succeeds
+    ZoConsole::Create();  // with a console in use, this changes nothing
+    expectConsole(true, true, u"x = \u00e9\n", "x = \u00e9\n");
+    ZoConsole::Delete();
+    expectConsole(false, false, u"", "");
+    ZoConsole::Create(); // a console of our own is not attached, and a later Attach leaves it so
+    ZoConsole::Attach(1);
+    expectConsole(true, false, u"own", "own");
+    ZoConsole::Delete();
+    testing::internal::CaptureStdout();
+    ZoStreamWriteASCIIConsole(u"title") << 1 << u"a" << 2.5 << static_cast<short>(-1);
+    EXPECT_TRUE(ZoConsole::HasConsole()) << "the console stream attaches and leaves the console in use";
+    ZoConsole::Write(u"|");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "1a2.5000004294967295|");
+    ZoConsole::Delete();
 }
 
 } // namespace

@@ -4,10 +4,7 @@
 
 namespace {
 
-std::string fmt(const CString& s)
-{
-    return s.ToUtf8();
-}
+std::string fmt(const CString& s) { return s.ToUtf8(); }
 
 TEST(CStringTest, FormatReadsDirectivesAsTheWindowsRuntimeDoes)
 {
@@ -58,7 +55,7 @@ TEST(CStringTest, FormatWritesUnmatchedDirectivesAsTheyStand)
     EXPECT_EQ(fmt(target), "1-2");
 }
 
-TEST(CStringTest, Utf8RoundTripsAndRepairsBadInput)
+TEST(CStringTest, Utf8RoundTripsAndRepairsBadInputAndAnsiIsWindows1252)
 {
     const std::string text = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80z"; // a, e-acute, euro, emoji, z
     const CString decoded(text);
@@ -73,19 +70,16 @@ TEST(CStringTest, Utf8RoundTripsAndRepairsBadInput)
     EXPECT_EQ(bad.ToUtf8(), "x\xEF\xBF\xBDy\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
     // A lone surrogate cannot be written as UTF-8 either.
     EXPECT_EQ(CString(std::u16string(1, char16_t(0xD800))).ToUtf8(), "\xEF\xBF\xBD");
-}
-
-TEST(CStringTest, AnsiIsWindows1252BothWays)
-{
+    // The ANSI code page is Windows-1252, both ways.
     const char bytes[] = "A\x80\xE9\x9F\x81";
-    const CString text = CString::FromAnsi(bytes, 5);
-    EXPECT_EQ(text[1], 0x20AC);
-    EXPECT_EQ(text[2], 0xE9);
-    EXPECT_EQ(text[3], 0x178);
+    const CString ansi = CString::FromAnsi(bytes, 5);
+    EXPECT_EQ(ansi[1], 0x20AC);
+    EXPECT_EQ(ansi[2], 0xE9);
+    EXPECT_EQ(ansi[3], 0x178);
     // The five bytes the code page leaves undefined are kept as the controls of the same value.
     for (const unsigned char undefined : {0x81, 0x8D, 0x8F, 0x90, 0x9D})
         EXPECT_EQ(CString::FromAnsi(reinterpret_cast<const char*>(&undefined), 1)[0], undefined);
-    EXPECT_EQ(text.ToAnsi(), std::string(bytes, 5));
+    EXPECT_EQ(ansi.ToAnsi(), std::string(bytes, 5));
     // U+0080..U+009F are not the code page's 0x80..0x9F, except where it leaves a byte undefined.
     EXPECT_EQ(CString(u"\u4E2D!\u0080\u0081\u009F").ToAnsi(), "?!?\x81?");
 }
@@ -93,20 +87,15 @@ TEST(CStringTest, AnsiIsWindows1252BothWays)
 TEST(CStringTest, SlicingSearchAndCaseClampTheirArguments)
 {
     const CString s(u"Hello, World");
-    EXPECT_EQ(s.Mid(7), CString(u"World"));
-    EXPECT_EQ(s.Mid(7, 100), CString(u"World"));
-    EXPECT_EQ(s.Mid(100), CString());
-    EXPECT_EQ(s.Mid(-3, 2), CString(u"He"));
-    EXPECT_EQ(s.Left(5), CString(u"Hello"));
-    EXPECT_EQ(s.Right(5), CString(u"World"));
-    EXPECT_EQ(s.Right(50), s);
-    EXPECT_EQ(s.Left(-1), CString());
-    EXPECT_EQ(s.Find(u'o'), 4);
-    EXPECT_EQ(s.Find(u'o', 5), 8);
-    EXPECT_EQ(s.Find(u'o', 99), -1);
-    EXPECT_EQ(s.Find(CString(u"World")), 7);
-    EXPECT_EQ(s.Find(CString(u"world")), -1);
-    EXPECT_EQ(s.ReverseFind(u'l'), 10);
+    const std::pair<CString, const char16_t*> slices[] = {
+        {s.Mid(7), u"World"}, {s.Mid(7, 100), u"World"}, {s.Mid(100), u""}, {s.Mid(-3, 2), u"He"},
+        {s.Left(5), u"Hello"}, {s.Right(5), u"World"}, {s.Right(50), u"Hello, World"}, {s.Left(-1), u""}};
+    for (const auto& [actual, expected] : slices)
+        EXPECT_EQ(actual, CString(expected));
+    const std::pair<int, int> found[] = {{s.Find(u'o'), 4}, {s.Find(u'o', 5), 8}, {s.Find(u'o', 99), -1},
+                                         {s.Find(CString(u"World")), 7}, {s.Find(CString(u"world")), -1}, {s.ReverseFind(u'l'), 10}};
+    for (const auto& [actual, expected] : found)
+        EXPECT_EQ(actual, expected);
     CString upper(u"straße \u00e0\u00ff");
     upper.MakeUpper();
     EXPECT_EQ(upper, CString(u"STRAßE \u00c0\u0178"));
