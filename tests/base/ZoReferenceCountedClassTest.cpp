@@ -1,6 +1,5 @@
 // The object model's lifetimes: reference counts, weak pointers, singletons.
 #include "base/ZoAtomicCounter.h"
-#include "base/ZoConstructorDefault.h"
 #include "base/ZoReferenceCountedClass.h"
 #include "base/ZoSingleton.h"
 #include "base/ZoSmartPointer.h"
@@ -119,14 +118,6 @@ TEST(ZoReferenceCountedClassConcurrentTest, TwoThreadsNeverLoseACount)
     EXPECT_TRUE(counter == 5 && counter > 4 && counter >= 5 && counter < 6 && counter <= 5);
     counter = 0x7FFFFFFF;
     EXPECT_EQ(++counter, static_cast<int32_t>(0x80000000u));
-}
-
-TEST(ZoConstructorTest, DefaultZeroFillsExactlyTheGivenBytes)
-{
-    unsigned char bytes[6] = {1, 2, 3, 4, 5, 6};
-    ZoSmartPointer<const ZoConstructor> construct(new ZoConstructorDefault);
-    construct->Init(bytes + 1, 4);
-    EXPECT_EQ(std::vector<unsigned char>(bytes, bytes + 6), (std::vector<unsigned char>{1, 0, 0, 0, 0, 6}));
 }
 
 // Slow to build: a racing thread that sees it half-built finds no payload.

@@ -1,4 +1,4 @@
-// The thread, event and calendar layer of ZoOS, driven directly; the same cases run on both targets.
+// The thread and event layer of ZoOS, driven directly; the same cases run on both targets.
 #include "platform/ZoOS.h"
 
 #include "ZoTestSupport.h"
@@ -59,7 +59,7 @@ uint32_t deepStack(void*)
     return block[sizeof block - 512];
 }
 
-TEST(ZoOSThreadConcurrentTest, SuspendedCreationCountsResumesAndExitCodesAndTheThreadOutlivesItsClosedHandle)
+TEST(ZoOSThreadConcurrentTest, SuspendedCreationCountsResumesExitCodesAndStacks)
 {
     std::atomic<int> ran{0};
     uint32_t id = 0;
@@ -86,6 +86,19 @@ TEST(ZoOSThreadConcurrentTest, SuspendedCreationCountsResumesAndExitCodesAndTheT
     EXPECT_EQ(exitCodeOf(duplicate), 42u);
     EXPECT_TRUE(ZoOS::CloseObjectHandle(never));
     EXPECT_TRUE(ZoOS::CloseObjectHandle(duplicate));
+    // A thread terminated before it ever ran ends with the termination's code.
+    const HANDLE held = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
+    ASSERT_TRUE(held != nullptr && ZoOS::TerminateThreadObject(held, 7));
+    EXPECT_EQ(ZoOS::WaitForObject(held, sc_longWaitMs), ZoOS::sc_waitObject0);
+    EXPECT_EQ(exitCodeOf(held), 7u);
+    EXPECT_EQ(ran.load(), 1) << "the routine never started";
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(held));
+    for (const uint32_t stackSize : {0u, 1024u * 1024u}) {
+        const HANDLE deep = ZoOS::CreateThreadObject(&deepStack, nullptr, stackSize, false, id);
+        ASSERT_NE(deep, nullptr) << "default stacks are full size";
+        EXPECT_EQ(ZoOS::WaitForObject(deep, sc_longWaitMs), ZoOS::sc_waitObject0);
+        ZoOS::CloseObjectHandle(deep);
+    }
 }
 
 TEST(ZoOSThreadConcurrentTest, SuspendStopsARunningThreadResumeCountsDownAndTerminateEndsItSuspended)
@@ -115,25 +128,6 @@ TEST(ZoOSThreadConcurrentTest, SuspendStopsARunningThreadResumeCountsDownAndTerm
     EXPECT_EQ(ZoOS::WaitForObject(thread, sc_longWaitMs), ZoOS::sc_waitObject0);
     EXPECT_EQ(exitCodeOf(thread), 9u) << "the termination's code, not the routine's";
     EXPECT_TRUE(ZoOS::CloseObjectHandle(thread));
-}
-
-TEST(ZoOSThreadConcurrentTest, TerminateEndsAThreadNeverResumedAndDefaultStacksAreFullSize)
-{
-    std::atomic<int> ran{0};
-    uint32_t id = 0;
-    const HANDLE held = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
-    ASSERT_NE(held, nullptr);
-    EXPECT_TRUE(ZoOS::TerminateThreadObject(held, 7));
-    EXPECT_EQ(ZoOS::WaitForObject(held, sc_longWaitMs), ZoOS::sc_waitObject0);
-    EXPECT_EQ(exitCodeOf(held), 7u);
-    EXPECT_EQ(ran.load(), 0) << "the routine never started";
-    EXPECT_TRUE(ZoOS::CloseObjectHandle(held));
-    for (const uint32_t stackSize : {0u, 1024u * 1024u}) {
-        const HANDLE deep = ZoOS::CreateThreadObject(&deepStack, nullptr, stackSize, false, id);
-        ASSERT_NE(deep, nullptr);
-        EXPECT_EQ(ZoOS::WaitForObject(deep, sc_longWaitMs), ZoOS::sc_waitObject0);
-        ZoOS::CloseObjectHandle(deep);
-    }
 }
 
 TEST(ZoOSThreadConcurrentTest, WaitsTakeAtMost64HandlesConsumeOnlyWhenSatisfiedAndWakeOnTheLast)
@@ -216,26 +210,6 @@ TEST(ZoOSThreadTest, DuplicatesNameOneObjectAndClosedHandlesFail)
     EXPECT_FALSE(ZoOS::TerminateThreadObject(successor, 1));
     ZoOS::CloseObjectHandle(successor);
 #endif
-}
-
-TEST(ZoOSTimeTest, FieldsOutOfRangeAreRefusedAndTicksStayUntouched)
-{
-    const SYSTEMTIME valid = {2009, 3, 0, 5, 10, 0, 30, 250};
-    uint64_t ticks = 0;
-    ASSERT_TRUE(ZoOS::SystemTimeToTicks(valid, ticks));
-    EXPECT_EQ(ticks, 128807208302500000ull);
-    // Each field just past its range, the others valid.
-    uint16_t SYSTEMTIME::*const fields[] = {&SYSTEMTIME::wYear, &SYSTEMTIME::wMonth, &SYSTEMTIME::wMonth,
-                                            &SYSTEMTIME::wDay,  &SYSTEMTIME::wDay,   &SYSTEMTIME::wHour,
-                                            &SYSTEMTIME::wMinute, &SYSTEMTIME::wSecond, &SYSTEMTIME::wMilliseconds};
-    const uint16_t values[] = {1600, 0, 13, 0, 32, 24, 60, 60, 1000};
-    for (int i = 0; i < 9; ++i) {
-        SYSTEMTIME bad = valid;
-        bad.*fields[i] = values[i];
-        uint64_t untouched = 7;
-        EXPECT_FALSE(ZoOS::SystemTimeToTicks(bad, untouched)) << "case " << i;
-        EXPECT_EQ(untouched, 7u);
-    }
 }
 
 } // namespace
