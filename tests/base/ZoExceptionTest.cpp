@@ -94,8 +94,6 @@ TEST(ZoExceptionTest, ReportPiecesOmitWhatIsUnknownAndCopiesKeepEveryField)
 
 TEST(ZoLatestErrorTest, CapturesTheNumberAndTheSystemText)
 {
-    ZoOS::SetLastErrorCode(0);
-    EXPECT_FALSE(ZoLatestError().IsError());
     const uint32_t code = ZoOS::GetErrorText(2).IsEmpty() ? 1 : 2;
     ZoOS::SetLastErrorCode(code);
     ZoLatestError error;

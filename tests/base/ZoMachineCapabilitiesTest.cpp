@@ -18,10 +18,6 @@ TEST(ZoMachineCapabilitiesTest, GatheredAtLoadFromThisMachine)
     const ZoMachineCapabilities& machine = ZoMachineCapabilities::GetInstance();
     EXPECT_EQ(machine.GetCPUCount(), ZoOS::GetProcessorCount());
     EXPECT_GE(machine.GetCPUCount(), 1u);
-#if defined(__x86_64__) || defined(__i386__)
-    EXPECT_FALSE(machine.GetProcessorVendorName().IsEmpty());
-    EXPECT_GE(machine.GetProcessorFamily(), 3u) << "every x86-64 processor is of family 6 or above";
-#endif
     EXPECT_GT(machine.GetTotalPhysicalMemory(), uint64_t(16) << 20);
     const uint64_t available = machine.GetAvailablePhysicalMemory();
     EXPECT_GT(available, 0u);

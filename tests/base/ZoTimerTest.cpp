@@ -42,9 +42,6 @@ const ZoPerformanceCounter& counter()
 
 TEST(ZoTimerTest, ElapsedStopBreakResumeAndResolution)
 {
-#if !defined(_WIN32)
-    EXPECT_EQ(ZoTimer().GetFrequency(), 1000000000) << "the process's counter is the monotonic clock in nanoseconds";
-#endif
     ZoTimer timer(counter<1000000>());
     EXPECT_EQ(timer.GetResolution(), ZoTimer::eMilliseconds);
     timer.Start();
