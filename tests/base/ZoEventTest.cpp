@@ -131,15 +131,12 @@ TEST(ZoEventConcurrentTest, SetReleasesEveryWaiterAutoResetOnePerSignalPulseOnly
 TEST(ZoAbortableTest, OwnedEventsStartIdleBorrowedOnesAreReset)
 {
     ZoAbortable owning;
-    EXPECT_FALSE(owning.GetTerminateEvent().IsSet());
-    EXPECT_TRUE(owning.GetTerminatedEvent().IsSet());
+    EXPECT_TRUE(!owning.GetTerminateEvent().IsSet() && owning.GetTerminatedEvent().IsSet());
     ZoEvent terminate(true), terminated(true);
     terminate.Set();
     const ZoAbortable borrowing(terminate, terminated);
-    EXPECT_EQ(&borrowing.GetTerminateEvent(), &terminate);
-    EXPECT_EQ(&borrowing.GetTerminatedEvent(), &terminated);
-    EXPECT_FALSE(terminate.IsSet()) << "the constructor resets the terminate event";
-    EXPECT_TRUE(terminated.IsSet()) << "and sets the terminated event";
+    EXPECT_TRUE(&borrowing.GetTerminateEvent() == &terminate && &borrowing.GetTerminatedEvent() == &terminated);
+    EXPECT_TRUE(!terminate.IsSet() && terminated.IsSet()) << "the constructor resets the terminate event and sets the other";
 }
 
 TEST(ZoCriticalSectionConcurrentTest, RecursionGuardsAssignmentAndExclusion)
