@@ -100,7 +100,7 @@ TEST(ZoObservableTest, OnceRegistrationsObserversAddedWhileDeliveringAndThrowing
     EXPECT_EQ(log, (std::vector<std::string>{"adder:3:-", "adder:3:-", "late:3:-", "adder:3:-", "late:3:-"}));
 }
 
-TEST(ZoObservableTest, RemovalDuringDeliveryIsSafeAndPurgedByTheOutermostDelivery)
+TEST(ZoObservableTest, RemovalDuringDeliveryIsPurgedByTheOutermostDeliveryAndLifetimesUnregister)
 {
     std::vector<std::string> log;
     ZoObservable subject;
@@ -130,12 +130,7 @@ TEST(ZoObservableTest, RemovalDuringDeliveryIsSafeAndPurgedByTheOutermostDeliver
     entriesDuringDelivery = 2;
     subject.NotifyObservers(Message::eMessageChanged);
     EXPECT_EQ(log, (std::vector<std::string>{"remover:0:-", "nester:0:-", "nester:14:-"}));
-}
-
-TEST(ZoObservableTest, LifetimesUnregisterBothWays)
-{
-    std::vector<std::string> log;
-    ZoObservable subject;
+    // Lifetimes unregister both ways.
     {
         RecordingObserver shortLived("short", log);
         shortLived.Observe(subject);

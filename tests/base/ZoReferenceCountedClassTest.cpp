@@ -55,8 +55,7 @@ TEST(ZoReferenceCountedClassTest, SmartPointersShareOneCountAndTheLastReleaseDel
     ZoSmartPointer<Tracked> a(new Tracked(&destroyed));
     ZoSmartPointer<Tracked> b(new DerivedTracked(&destroyed));
     a = b;
-    EXPECT_EQ(destroyed, 3);
-    EXPECT_EQ(b->GetReferenceCount(), 2);
+    EXPECT_TRUE(destroyed == 3 && b->GetReferenceCount() == 2);
     ZoSmartPointer<DerivedTracked> derived(new DerivedTracked(&destroyed));
     ZoSmartPointer<Tracked> base(derived);
     EXPECT_EQ(derived->GetReferenceCount(), 2);
@@ -91,8 +90,7 @@ TEST(ZoReferenceCountedClassTest, WeakPointersReadNullAfterTheLastRelease)
     ZoReferenceCountedAccess::RegisterWeakPointer(*owner, registered);
     ZoReferenceCountedAccess::UnregisterWeakPointer(*owner, stranger);
     owner = nullptr;
-    EXPECT_EQ(registered.object, nullptr);
-    EXPECT_EQ(stranger.object, object); // never registered, never touched
+    EXPECT_TRUE(registered.object == nullptr && stranger.object == object) << "the stranger was never touched";
 }
 
 // Two threads copy pointers to one object and change one counter: no count is lost.
@@ -152,8 +150,7 @@ TEST(ZoSingletonConcurrentTest, RacingThreadsGetOneFullyBuiltInstance)
     go = true;
     for (std::thread& thread : threads)
         thread.join();
-    EXPECT_EQ(Raced::s_made.load(), 1);
-    EXPECT_EQ(wrong.load(), 0);
+    EXPECT_TRUE(Raced::s_made.load() == 1 && wrong.load() == 0);
 }
 
 } // namespace
