@@ -20,38 +20,28 @@ TEST(ZoEventTest, ManualAutoResetPulseAndCopies)
 {
     ZoEvent manual(true), automatic(false);
     EXPECT_EQ(manual.Wait(0), ZoEvent::eWaitTimeout);
-    EXPECT_TRUE(manual.Set());
-    EXPECT_EQ(manual.Wait(INFINITE), ZoEvent::eWaitSignaled);
+    EXPECT_TRUE(manual.Set() && manual.Wait(INFINITE) == ZoEvent::eWaitSignaled);
     EXPECT_TRUE(manual.IsSet()) << "a manual-reset event stays set through waits";
-    EXPECT_TRUE(manual.Reset());
-    EXPECT_FALSE(manual.IsSet());
-    EXPECT_TRUE(automatic.Set());
-    EXPECT_TRUE(automatic.IsSet()) << "the test itself consumes the signal";
-    EXPECT_FALSE(automatic.IsSet());
+    EXPECT_TRUE(manual.Reset() && !manual.IsSet());
+    EXPECT_TRUE(automatic.Set() && automatic.IsSet() && !automatic.IsSet()) << "the test itself consumes the signal";
     EXPECT_TRUE(automatic.Set());
     EXPECT_EQ(ZoEvent::WaitForSingleEvent(automatic, 0), ZoEvent::eWaitSignaled);
     EXPECT_EQ(ZoEvent::WaitForSingleEvent(automatic, 0), ZoEvent::eWaitTimeout);
     // A pulse with nobody waiting is lost, for both kinds, and leaves the event reset.
-    EXPECT_TRUE(automatic.Pulse());
-    EXPECT_FALSE(automatic.IsSet());
-    manual.Set();
-    EXPECT_TRUE(manual.Pulse());
-    EXPECT_FALSE(manual.IsSet());
+    EXPECT_TRUE(automatic.Pulse() && !automatic.IsSet());
+    EXPECT_TRUE(manual.Set() && manual.Pulse() && !manual.IsSet());
     // Copies and assignments name one event.
-    ZoEvent original(true);
-    ZoEvent copy(original);
-    EXPECT_NE(copy.GetHandle(), original.GetHandle());
+    ZoEvent original(true), copy(original);
     original.Set();
-    EXPECT_TRUE(copy.IsSet());
+    EXPECT_TRUE(copy.GetHandle() != original.GetHandle() && copy.IsSet());
     ZoEvent assigned(false);
     assigned = original;
     assigned.Reset();
     EXPECT_FALSE(original.IsSet()) << "assignment drops the auto-reset event and names the manual one";
     const HANDLE before = assigned.GetHandle();
     assigned = assigned;
-    EXPECT_EQ(assigned.GetHandle(), before);
     assigned.Set();
-    EXPECT_TRUE(original.IsSet());
+    EXPECT_TRUE(assigned.GetHandle() == before && original.IsSet());
 }
 
 // Every operation clears the last error first, so that a success never shows an earlier failure;
@@ -73,12 +63,10 @@ TEST(ZoEventTest, ClosedHandleFailsAloneButSignalsInASetAndErrorsAreFresh)
     EXPECT_EQ(ZoEvent::WaitForSingleEvent(events[1], 0), ZoEvent::eWaitFailed);
     EXPECT_FALSE(live.IsSet()) << "the failed waits consumed nothing";
     ZoOS::SetLastErrorCode(0);
-    EXPECT_FALSE(events[1].Set());
-    EXPECT_NE(ZoOS::GetLastErrorCode(), 0u);
+    EXPECT_TRUE(!events[1].Set() && ZoOS::GetLastErrorCode() != 0);
     EXPECT_EQ(ZoEvent::WaitForMultipleEvents(ZoArray<ZoEvent, 0>(), false, 0), ZoEvent::eWaitSignaled);
     ZoOS::SetLastErrorCode(5);
-    EXPECT_FALSE(live.IsSet());
-    EXPECT_EQ(ZoOS::GetLastErrorCode(), 0u) << "every operation clears the last error first";
+    EXPECT_TRUE(!live.IsSet() && ZoOS::GetLastErrorCode() == 0) << "every operation clears the last error first";
 }
 
 // Threads that each wait once for the event, through a copy of their own (copies name one event),

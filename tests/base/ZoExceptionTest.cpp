@@ -97,8 +97,7 @@ TEST(ZoLatestErrorTest, CapturesTheNumberAndTheSystemText)
     const uint32_t code = ZoOS::GetErrorText(2).IsEmpty() ? 1 : 2;
     ZoOS::SetLastErrorCode(code);
     ZoLatestError error;
-    EXPECT_TRUE(error.IsError());
-    EXPECT_EQ(error.GetLatestErrorNumber(), code);
+    EXPECT_TRUE(error.IsError() && error.GetLatestErrorNumber() == code);
     const CString& text = error.GetLatestErrorMessage();
     ASSERT_GT(text.GetLength(), 1);
     EXPECT_EQ(text[text.GetLength() - 1], u'\n');
@@ -111,7 +110,6 @@ TEST(ZoAssertDialogTest, ReportsFileLineAndExpressionThenFollowsThePolicy)
 {
     EXPECT_EQ(ZoAssertDialog::FormatReport("lib/a.cpp", 42, "count > 0"),
               CString(u"Assertion failed: count > 0, file lib/a.cpp, line 42"));
-    EXPECT_EQ(ZoAssertDialog::GetPolicy(), ZoAssertDialog::eAbort) << "the default";
 #if defined(_WIN32)
     GTEST_SKIP() << "the report is a message box there, not text on standard error";
 #else

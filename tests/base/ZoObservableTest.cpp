@@ -73,9 +73,8 @@ TEST(ZoObservableTest, OnceRegistrationsObserversAddedWhileDeliveringAndThrowing
     subject.NotifyObservers(Message::eMessageStarted);
     subject.NotifyObservers(Message::eMessageStarted);
     EXPECT_EQ(once.notifications, 3) << "NotifyObservers delivers a once registration exactly once";
-    EXPECT_FALSE(subject.IsObserver(once));
+    EXPECT_FALSE(subject.IsObserver(once) || subject.GetObserverCount(Message::eMessageStarted) != 0);
     EXPECT_FALSE(once.IsObserving(subject)) << "the observer forgot the observable with its last type";
-    EXPECT_EQ(subject.GetObserverCount(Message::eMessageStarted), 0u);
     // Unregistered before its notification: re-registering inside it is not reached by this delivery.
     once.Observe(subject, Message::eMessageStarted, 1);
     once.action = [&](ZoObservable& sender, const ZoObservableMessage&) {
@@ -83,8 +82,7 @@ TEST(ZoObservableTest, OnceRegistrationsObserversAddedWhileDeliveringAndThrowing
         once.Observe(sender, Message::eMessageStarted, 1);
     };
     subject.NotifyObservers(Message::eMessageStarted);
-    EXPECT_EQ(once.notifications, 4);
-    EXPECT_TRUE(subject.IsObserver(once, Message::eMessageStarted));
+    EXPECT_TRUE(once.notifications == 4 && subject.IsObserver(once, Message::eMessageStarted));
     EXPECT_EQ(subject.GetObserverCount(Message::eMessageStarted), 1u) << "the old entry was purged";
     // An observer added during a delivery waits for the next one.
     log.clear();
@@ -95,8 +93,7 @@ TEST(ZoObservableTest, OnceRegistrationsObserversAddedWhileDeliveringAndThrowing
     EXPECT_EQ(log, (std::vector<std::string>{"adder:3:-"}));
     // From now on the first observer throws; the one after it is still reached.
     adder.action = [](ZoObservable&, const ZoObservableMessage&) { throw std::runtime_error("observer failed"); };
-    EXPECT_NO_THROW(subject.NotifyObservers(Message::eMessageAdded));
-    EXPECT_NO_THROW(subject.SendMessage(Message(Message::eMessageAdded, nullptr)));
+    EXPECT_NO_THROW(subject.NotifyObservers(Message::eMessageAdded); subject.SendMessage(Message(Message::eMessageAdded, nullptr)));
     EXPECT_EQ(log, (std::vector<std::string>{"adder:3:-", "adder:3:-", "late:3:-", "adder:3:-", "late:3:-"}));
 }
 
@@ -124,8 +121,7 @@ TEST(ZoObservableTest, RemovalDuringDeliveryIsPurgedByTheOutermostDeliveryAndLif
     subject.NotifyObservers(Message::eMessageChanged);
     const std::vector<std::string> expected = {"leaver:0:-", "remover:0:-", "nester:0:-", "nester:14:-"};
     EXPECT_EQ(log, expected);
-    EXPECT_EQ(subject.GetObserverCount(Message::eMessageChanged), 2u);
-    EXPECT_FALSE(subject.IsObserver(leaver) || subject.IsObserver(victim));
+    EXPECT_FALSE(subject.GetObserverCount(Message::eMessageChanged) != 2 || subject.IsObserver(leaver) || subject.IsObserver(victim));
     log.clear();
     entriesDuringDelivery = 2;
     subject.NotifyObservers(Message::eMessageChanged);

@@ -108,8 +108,7 @@ TEST(ZoThreadConcurrentTest, TheRoutineRunsTheHooksAndTurnsFailuresIntoExitCodeO
         thread.SetTerminateEvent(ended);
         ASSERT_TRUE(thread.Start());
         EXPECT_NE(thread.GetThreadId(), 0u);
-        ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
-        EXPECT_EQ(ended.Wait(sc_uiLongWaitMs), ZoEvent::eWaitSignaled);
+        ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs) && ended.Wait(sc_uiLongWaitMs) == ZoEvent::eWaitSignaled);
         EXPECT_TRUE(job.runs.load() == c.expectedRuns && thread.beforeRunCalls.load() == 1);
         EXPECT_EQ(thread.afterRunCalls.load(), c.succeeds ? 1 : 0) << "onAfterRun runs only after a successful run function";
         EXPECT_EQ(thread.IsSuccessful() != 0, c.succeeds);
@@ -129,8 +128,7 @@ TEST(ZoThreadConcurrentTest, StartWaitRestartAndAutoDelete)
     ASSERT_TRUE(thread.StartAndWait());
     EXPECT_TRUE(thread.startupDone.load());
     ASSERT_TRUE(zotest::WaitUntil([&] { return job.waiting.load(); }));
-    EXPECT_TRUE(thread.IsRunning());
-    EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), STILL_ACTIVE);
+    EXPECT_TRUE(thread.IsRunning() && exitCodeOf(thread.GetThreadHandle()) == STILL_ACTIVE);
     const HANDLE handle = thread.GetThreadHandle();
     const uint32_t id = thread.GetThreadId();
     EXPECT_FALSE(thread.Start());
@@ -142,8 +140,7 @@ TEST(ZoThreadConcurrentTest, StartWaitRestartAndAutoDelete)
     EXPECT_TRUE(thread.Suspend() && (thread.GetState() & JobThread::eSuspended)) << "already suspended";
     job.gate.Set();
     EXPECT_FALSE(thread.WaitUntilTerminate(20));
-    ASSERT_TRUE(thread.Resume());
-    EXPECT_FALSE(thread.GetState() & JobThread::eSuspended);
+    ASSERT_TRUE(thread.Resume() && !(thread.GetState() & JobThread::eSuspended));
     ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
     ASSERT_TRUE(thread.Start());
     ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
@@ -151,8 +148,7 @@ TEST(ZoThreadConcurrentTest, StartWaitRestartAndAutoDelete)
     Job failing(Job::eSucceed);
     JobThread failingStart(failing, JobThread::eNormal, true);
     EXPECT_TRUE(failingStart.StartAndWait()) << "a failed start-up hook still releases the caller";
-    ASSERT_TRUE(failingStart.WaitUntilTerminate(sc_uiLongWaitMs));
-    EXPECT_FALSE(failingStart.IsSuccessful());
+    ASSERT_TRUE(failingStart.WaitUntilTerminate(sc_uiLongWaitMs) && !failingStart.IsSuccessful());
     std::atomic<bool> destroyed{false};
     auto* autoDelete = new JobThread(failing, JobThread::eNormal, false, &destroyed);
     autoDelete->AddFlags(JobThread::eAutoDelete);
@@ -203,8 +199,7 @@ TEST(ZoThreadConcurrentTest, PriorityLadder)
             << "priority " << priority << ", error " << error;
         mayRaise = mayRaise && set;
     }
-    EXPECT_FALSE(thread.SlowDown()) << "the bottom of the ladder";
-    EXPECT_EQ(thread.GetPriority(), JobThread::eIdle);
+    EXPECT_TRUE(!thread.SlowDown() && thread.GetPriority() == JobThread::eIdle) << "the bottom of the ladder";
     EXPECT_EQ(thread.GetRequestedPriority(), JobThread::eBelowNormal) << "SetPriority leaves the request alone";
     if (mayRaise) {
         ASSERT_TRUE(thread.SetPriority(JobThread::eTimeCritical));
@@ -234,8 +229,7 @@ TEST(ZoThreadConcurrentTest, PolicyCreatesSuspendedOnlyWhenAskedAndAppliesThePri
         EXPECT_EQ(ZoOS::GetThreadPriorityLevel(thread), int32_t(JobThread::eBelowNormal));
         ASSERT_TRUE(zotest::WaitUntil([&] { return job.waiting.load(); }));
         job.gate.Set();
-        EXPECT_EQ(ZoOS::WaitForObject(thread, sc_uiLongWaitMs), ZoOS::sc_waitObject0);
-        EXPECT_EQ(exitCodeOf(thread), 1u);
+        EXPECT_TRUE(ZoOS::WaitForObject(thread, sc_uiLongWaitMs) == ZoOS::sc_waitObject0 && exitCodeOf(thread) == 1u);
         ZoOS::CloseObjectHandle(thread);
     }
 }

@@ -116,7 +116,7 @@ TEST(ZoTimerTest, SubtractMovesTheStartBackAndPausesFreezeInABreak)
     timer.Resume();
     EXPECT_TRUE(timer.IsPause()) << "the break was cut out of the interval";
     advance(1);
-    EXPECT_FALSE(timer.IsPause());
+    EXPECT_FALSE(timer.IsPause()) << "one tick past the interval";
     timer.StartPause(500);
     timer.Stop();
     EXPECT_FALSE(timer.IsPause()) << "a stopped timer has no pause";
@@ -200,8 +200,7 @@ TEST(ZoAnimatedObjectTest, FiniteEndlessZeroLengthEndedAndTerminatedAnimations)
     EXPECT_EQ(spinner.ContinueAnimation(), 1) << "an endless animation does not end with its length";
     EXPECT_FALSE(spinner.IsEndlessAnimationStopped());
     spinner.RequestStop();
-    EXPECT_TRUE(spinner.IsEndlessAnimationStopped());
-    EXPECT_EQ(spinner.ContinueAnimation(), 0);
+    EXPECT_TRUE(spinner.IsEndlessAnimationStopped() && spinner.ContinueAnimation() == 0);
     EXPECT_EQ(spinner.frames, (std::vector<float>{1234.0f, 11234.0f, FLT_MAX}));
     Fade zero, ended, terminated;
     zero.SetAnimationLength(0.0f);

@@ -111,8 +111,7 @@ TEST(ZoDropTargetTest, DroppedFilesReachTheOwnerInOrderAndRefusalsShowNoEffect)
     EXPECT_EQ(effect, static_cast<DWORD>(DROPEFFECT_NONE));
     // The system refuses a window that does not exist, and the target says why.
     EXPECT_FALSE(target.Register(nullptr));
-    EXPECT_NE(target.GetLastResult(), S_OK);
-    EXPECT_EQ(target.GetWindow(), nullptr);
+    EXPECT_TRUE(target.GetLastResult() != S_OK && target.GetWindow() == nullptr);
 }
 
 } // namespace

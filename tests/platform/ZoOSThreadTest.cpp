@@ -65,8 +65,7 @@ TEST(ZoOSThreadConcurrentTest, SuspendedCreationCountsResumesExitCodesAndStacks)
     uint32_t id = 0;
     const HANDLE thread = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
     ASSERT_NE(thread, nullptr);
-    EXPECT_NE(id, 0u);
-    EXPECT_NE(id, ZoOS::GetCurrentThreadIdentifier());
+    EXPECT_TRUE(id != 0 && id != ZoOS::GetCurrentThreadIdentifier());
     EXPECT_EQ(ZoOS::WaitForObject(thread, 20), ZoOS::sc_waitTimeout);
     EXPECT_EQ(ZoOS::SuspendThreadObject(thread), 1u) << "created suspended: the count was 1";
     EXPECT_EQ(ZoOS::ResumeThreadObject(thread), 2u);
@@ -81,15 +80,12 @@ TEST(ZoOSThreadConcurrentTest, SuspendedCreationCountsResumesExitCodesAndStacks)
     EXPECT_EQ(ZoOS::ResumeThreadObject(duplicate), 1u);
     EXPECT_EQ(ZoOS::WaitForObjects(2, both, false, sc_longWaitMs), ZoOS::sc_waitObject0 + 1)
         << "a thread handle is signalled when the thread ends";
-    EXPECT_EQ(ran.load(), 1);
-    EXPECT_EQ(exitCodeOf(duplicate), 42u);
-    EXPECT_TRUE(ZoOS::CloseObjectHandle(never));
-    EXPECT_TRUE(ZoOS::CloseObjectHandle(duplicate));
+    EXPECT_TRUE(ran.load() == 1 && exitCodeOf(duplicate) == 42u);
+    EXPECT_TRUE(ZoOS::CloseObjectHandle(never) && ZoOS::CloseObjectHandle(duplicate));
     // A thread terminated before it ever ran ends with the termination's code.
     const HANDLE held = ZoOS::CreateThreadObject(&countAndReturn, &ran, 0, true, id);
     ASSERT_TRUE(held != nullptr && ZoOS::TerminateThreadObject(held, 7));
-    EXPECT_EQ(ZoOS::WaitForObject(held, sc_longWaitMs), ZoOS::sc_waitObject0);
-    EXPECT_EQ(exitCodeOf(held), 7u);
+    EXPECT_TRUE(ZoOS::WaitForObject(held, sc_longWaitMs) == ZoOS::sc_waitObject0 && exitCodeOf(held) == 7u);
     EXPECT_EQ(ran.load(), 1) << "the routine never started";
     EXPECT_TRUE(ZoOS::CloseObjectHandle(held));
     for (const uint32_t stackSize : {0u, 1024u * 1024u}) {
@@ -124,8 +120,8 @@ TEST(ZoOSThreadConcurrentTest, SuspendStopsARunningThreadResumeCountsDownAndTerm
     ASSERT_TRUE(zotest::WaitUntil([&] { return lapper.laps.load() > spun + 10; }));
     ASSERT_EQ(ZoOS::SuspendThreadObject(thread), 0u);
     EXPECT_TRUE(ZoOS::TerminateThreadObject(thread, 9));
-    EXPECT_EQ(ZoOS::WaitForObject(thread, sc_longWaitMs), ZoOS::sc_waitObject0);
-    EXPECT_EQ(exitCodeOf(thread), 9u) << "the termination's code, not the routine's";
+    EXPECT_TRUE(ZoOS::WaitForObject(thread, sc_longWaitMs) == ZoOS::sc_waitObject0 && exitCodeOf(thread) == 9u)
+        << "the termination's code, not the routine's";
     EXPECT_TRUE(ZoOS::CloseObjectHandle(thread));
 }
 
@@ -135,9 +131,8 @@ TEST(ZoOSThreadConcurrentTest, WaitsTakeAtMost64HandlesConsumeOnlyWhenSatisfiedA
     for (uint32_t i = 0; i <= ZoOS::sc_maximumWaitObjects; ++i)
         events.push_back(ZoOS::CreateEventObject(false, true));
     ASSERT_EQ(events.size(), 65u);
-    EXPECT_EQ(ZoOS::WaitForObjects(65, events.data(), false, 0), ZoOS::sc_waitFailed);
-    EXPECT_EQ(ZoOS::WaitForObjects(65, events.data(), true, 0), ZoOS::sc_waitFailed);
-    EXPECT_EQ(ZoOS::WaitForObjects(0, events.data(), false, 0), ZoOS::sc_waitFailed);
+    for (const auto& [count, all] : {std::pair<uint32_t, bool>{65, false}, {65, true}, {0, false}})
+        EXPECT_EQ(ZoOS::WaitForObjects(count, events.data(), all, 0), ZoOS::sc_waitFailed) << count;
     // Wait for all 64 at once: every auto-reset signal goes, the 65th stays.
     EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), true, 0), ZoOS::sc_waitObject0);
     EXPECT_EQ(ZoOS::WaitForObjects(64, events.data(), false, 0), ZoOS::sc_waitTimeout);
@@ -153,8 +148,7 @@ TEST(ZoOSThreadConcurrentTest, WaitsTakeAtMost64HandlesConsumeOnlyWhenSatisfiedA
     std::thread waiter([&] { result = ZoOS::WaitForObjects(64, events.data(), false, sc_longWaitMs); });
     ZoOS::SetEventObject(events[63]);
     waiter.join();
-    EXPECT_EQ(result.load(), ZoOS::sc_waitObject0 + 63);
-    EXPECT_EQ(ZoOS::WaitForObject(events[63], 0), ZoOS::sc_waitTimeout);
+    EXPECT_TRUE(result.load() == ZoOS::sc_waitObject0 + 63 && ZoOS::WaitForObject(events[63], 0) == ZoOS::sc_waitTimeout);
     // One closed handle among them fails the whole wait.
     std::vector<HANDLE> withClosed(events.begin(), events.begin() + 3);
     withClosed[1] = ZoOS::CreateEventObject(true, true);
@@ -189,8 +183,7 @@ TEST(ZoOSThreadTest, DuplicatesNameOneObjectAndClosedHandlesFail)
     for (HANDLE duplicate : duplicates)
         ASSERT_TRUE(ZoOS::CloseObjectHandle(duplicate));
     EXPECT_FALSE(ZoOS::CloseObjectHandle(closed) || ZoOS::ResetEventObject(closed) || ZoOS::PulseEventObject(closed));
-    EXPECT_EQ(ZoOS::WaitForObject(closed, 0), ZoOS::sc_waitFailed);
-    EXPECT_EQ(ZoOS::WaitForObject(nullptr, 0), ZoOS::sc_waitFailed);
+    EXPECT_TRUE(ZoOS::WaitForObject(closed, 0) == ZoOS::sc_waitFailed && ZoOS::WaitForObject(nullptr, 0) == ZoOS::sc_waitFailed);
     uint32_t code = 0;
     EXPECT_FALSE(ZoOS::GetThreadExitCode(closed, code));
 #if !defined(_WIN32)
