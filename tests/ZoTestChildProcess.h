@@ -1,6 +1,5 @@
-// Runs a test of this program in a second process, for tests that need several processes at once or
-// a restart. The child is a disabled test (DISABLED_ prefix), run only when asked for; it reads its
-// instructions from ZO_TEST_CHILD and names any file it writes after its own process id.
+// Runs a test of this program in a second process (a DISABLED_ test, run only when asked for) that
+// reads its instructions from ZO_TEST_CHILD and names any file it writes after its process id.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -70,9 +69,8 @@ inline void SetChildArgument(const std::string& argument)
 #endif
 }
 
-// Runs `test` ("Suite.DISABLED_Name") in a new process of this program, its output and report in
-// `logBase` + ".log" / ".xml"; blocks until it ends and returns its exit code (-1 when it could not
-// be started). Several may run at once from several threads.
+// Runs `test` ("Suite.DISABLED_Name") in a new process, its output in `logBase` + ".log" / ".xml";
+// returns its exit code (-1 when it could not be started). Several may run at once.
 inline int RunChildTest(const std::string& test, const std::string& logBase)
 {
     const std::string command = TestProgramPath() + " --gtest_also_run_disabled_tests --gtest_filter=" + test +

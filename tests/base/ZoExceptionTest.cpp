@@ -1,12 +1,7 @@
 #include "base/ZoAssertDialog.h"
 #include "base/ZoException.h"
 #include "base/ZoExceptionContainer.h"
-#include "base/ZoExceptionDivisionByZero.h"
 #include "base/ZoExceptionIllegalInputData.h"
-#include "base/ZoExceptionIllegalMemoryAccess.h"
-#include "base/ZoExceptionNoOutputData.h"
-#include "base/ZoExceptionOutOfMemory.h"
-#include "base/ZoExceptionPostconditionViolation.h"
 #include "base/ZoExceptionPreconditionViolation.h"
 #include "base/ZoExceptionStream.h"
 #include "base/ZoExceptionWrongFileVersion.h"
@@ -46,35 +41,22 @@ std::string traceOf(const E& e)
     return e.GetTraceString().ToUtf8();
 }
 
-TEST(ZoExceptionTest, StreamTraceIsFramedWithTheBaseName)
+TEST(ZoExceptionTest, TracesAreFramedAndEachSubclassNamesItselfExceptTheStreamAndVersionOnes)
 {
-    try {
-        throw ZoExceptionStream(u"..\\base\\ZoStreamReadBinary.cpp", u"ZoStreamReadBinary", u"readStringLength", 346);
-    } catch (const ZoException& e) {
-        EXPECT_EQ(traceOf(e), std::string(kFrame) +
-                                  "EXCEPTION: ZoException\n"
-                                  "\n"
-                                  "   - Throwing class:\t\tZoStreamReadBinary\n"
-                                  "   - Throwing method:\treadStringLength\n"
-                                  "   - Code line:\t\t346\n");
-        EXPECT_EQ(e.Where().ToUtf8(), "..\\base\\ZoStreamReadBinary.cpp(346):");
-    }
-}
-
-TEST(ZoExceptionTest, EachSubclassNamesItselfExceptTheStreamAndVersionOnes)
-{
+    const ZoExceptionStream stream(u"..\\base\\ZoStreamReadBinary.cpp", u"ZoStreamReadBinary", u"readStringLength", 346);
+    EXPECT_EQ(traceOf(stream), std::string(kFrame) +
+                                   "EXCEPTION: ZoException\n\n"
+                                   "   - Throwing class:\t\tZoStreamReadBinary\n"
+                                   "   - Throwing method:\treadStringLength\n"
+                                   "   - Code line:\t\t346\n");
+    EXPECT_EQ(stream.Where().ToUtf8(), "..\\base\\ZoStreamReadBinary.cpp(346):");
     const CString f(u"f"), c(u"C"), m(u"m");
     const std::pair<ZoException, const char*> cases[] = {
         {ZoException(f, c, m, 1), "ZoException"},
         {ZoExceptionStream(f, c, m, 1), "ZoException"},
         {ZoExceptionWrongFileVersion(f, c, m, 1), "ZoException"},
         {ZoExceptionContainer(f, c, m, 1), "ZoExceptionContainer"},
-        {ZoExceptionDivisionByZero(f, c, m, 1), "ZoExceptionDivisionByZero"},
         {ZoExceptionIllegalInputData(f, c, m, 1), "ZoExceptionIllegalInputData"},
-        {ZoExceptionIllegalMemoryAccess(f, c, m, 1), "ZoExceptionIllegalMemoryAccess"},
-        {ZoExceptionNoOutputData(f, c, m, 1), "ZoExceptionNoOutputData"},
-        {ZoExceptionOutOfMemory(f, c, m, 1), "ZoExceptionOutOfMemory"},
-        {ZoExceptionPostconditionViolation(f, c, m, 1), "ZoExceptionPostconditionViolation"},
         {ZoExceptionPreconditionViolation(f, c, m, 1), "ZoExceptionPreconditionViolation"},
     };
     for (const auto& [exception, name] : cases) {
@@ -83,18 +65,13 @@ TEST(ZoExceptionTest, EachSubclassNamesItselfExceptTheStreamAndVersionOnes)
                   std::string("EXCEPTION: ") + name + "\n");
         EXPECT_EQ(exception.GetExceptionType(), 0xFFFFFFFFu);
     }
-    EXPECT_THROW(throw ZoExceptionWrongFileVersion(u"f", u"c", u"m", 2), ZoExceptionWrongFileVersion);
-    EXPECT_THROW(throw ZoExceptionPreconditionViolation(u"f", u"c", u"m", 2), ZoException);
 }
 
-TEST(ZoExceptionTest, ReportPiecesOmitWhatIsUnknown)
+TEST(ZoExceptionTest, ReportPiecesOmitWhatIsUnknownAndCopiesKeepEveryField)
 {
-    const ReportingException e(u"", u"", u"", 0xFFFFFFFFu);
-    EXPECT_EQ(e.Header(1).ToUtf8(), std::string(kFrame) + "EXCEPTION: ZoException\n");
-    EXPECT_EQ(e.Header(0).ToUtf8(), "EXCEPTION: ZoException\n");
+    EXPECT_EQ(ReportingException(u"", u"", u"", 0xFFFFFFFFu).Header(0).ToUtf8(), "EXCEPTION: ZoException\n");
     // An exception whose name was given empty says only that it is one.
-    const ReportingException unnamed(u"", u"", u"", 0xFFFFFFFFu, CString());
-    EXPECT_EQ(unnamed.Header(0).ToUtf8(), "ZoException\n");
+    EXPECT_EQ(ReportingException(u"", u"", u"", 0xFFFFFFFFu, CString()).Header(0).ToUtf8(), "ZoException\n");
     // The footer closes a parenthesis it never opened when the line is unknown.
     EXPECT_EQ(ReportingException(u"a.cpp", u"", u"", 0xFFFFFFFFu).Footer(0).ToUtf8(), "a.cpp)\n");
     EXPECT_EQ(ReportingException(u"a.cpp", u"", u"", 12).Footer(0).ToUtf8(), "a.cpp(12) : Stelle im Code\n");
@@ -105,10 +82,7 @@ TEST(ZoExceptionTest, ReportPiecesOmitWhatIsUnknown)
     EXPECT_EQ(ZoException(u"a", u"", u"", 7).Where().ToUtf8(), "a(7):");
     // An unknown line is the all-ones word printed with %d.
     EXPECT_EQ(ZoException(u"a", u"", u"", 0xFFFFFFFFu).Where().ToUtf8(), "a(-1):");
-}
-
-TEST(ZoExceptionTest, TypedConstructorsKeepTheirCodeAndCopiesKeepEveryField)
-{
+    // Typed constructors keep their code, and copies every field.
     const ZoException typed(42, u"f.cpp", u"C", u"m", 9, u"Custom");
     ZoException copy(u"", u"", u"", 0);
     copy = typed;
@@ -120,13 +94,10 @@ TEST(ZoExceptionTest, TypedConstructorsKeepTheirCodeAndCopiesKeepEveryField)
 
 TEST(ZoLatestErrorTest, CapturesTheNumberAndTheSystemText)
 {
-    ZoOS::SetLastErrorCode(0);
-    EXPECT_FALSE(ZoLatestError().IsError());
     const uint32_t code = ZoOS::GetErrorText(2).IsEmpty() ? 1 : 2;
     ZoOS::SetLastErrorCode(code);
     ZoLatestError error;
-    EXPECT_TRUE(error.IsError());
-    EXPECT_EQ(error.GetLatestErrorNumber(), code);
+    EXPECT_TRUE(error.IsError() && error.GetLatestErrorNumber() == code);
     const CString& text = error.GetLatestErrorMessage();
     ASSERT_GT(text.GetLength(), 1);
     EXPECT_EQ(text[text.GetLength() - 1], u'\n');
@@ -139,7 +110,6 @@ TEST(ZoAssertDialogTest, ReportsFileLineAndExpressionThenFollowsThePolicy)
 {
     EXPECT_EQ(ZoAssertDialog::FormatReport("lib/a.cpp", 42, "count > 0"),
               CString(u"Assertion failed: count > 0, file lib/a.cpp, line 42"));
-    EXPECT_EQ(ZoAssertDialog::GetPolicy(), ZoAssertDialog::eAbort) << "the default";
 #if defined(_WIN32)
     GTEST_SKIP() << "the report is a message box there, not text on standard error";
 #else

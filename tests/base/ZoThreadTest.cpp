@@ -103,21 +103,17 @@ TEST(ZoThreadConcurrentTest, TheRoutineRunsTheHooksAndTurnsFailuresIntoExitCodeO
         SCOPED_TRACE(testing::Message() << "mode " << c.mode << ", throwing hook " << c.throwBeforeRun);
         Job job(c.mode);
         JobThread thread(job, JobThread::eNormal, c.throwBeforeRun);
-        EXPECT_EQ(thread.GetState(), 0u);
-        EXPECT_TRUE(thread.WaitUntilTerminate(0)) << "no thread: the failed wait reports true";
+        EXPECT_TRUE(thread.GetState() == 0 && thread.WaitUntilTerminate(0)) << "no thread: the failed wait reports true";
         ZoEvent ended(true);
         thread.SetTerminateEvent(ended);
         ASSERT_TRUE(thread.Start());
         EXPECT_NE(thread.GetThreadId(), 0u);
-        ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
-        EXPECT_EQ(ended.Wait(sc_uiLongWaitMs), ZoEvent::eWaitSignaled);
-        EXPECT_EQ(job.runs.load(), c.expectedRuns);
-        EXPECT_EQ(thread.beforeRunCalls.load(), 1);
+        ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs) && ended.Wait(sc_uiLongWaitMs) == ZoEvent::eWaitSignaled);
+        EXPECT_TRUE(job.runs.load() == c.expectedRuns && thread.beforeRunCalls.load() == 1);
         EXPECT_EQ(thread.afterRunCalls.load(), c.succeeds ? 1 : 0) << "onAfterRun runs only after a successful run function";
         EXPECT_EQ(thread.IsSuccessful() != 0, c.succeeds);
         EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), c.succeeds ? 0u : 1u);
         EXPECT_EQ(thread.GetState(), JobThread::eStarted | JobThread::eFinished | (c.succeeds ? 0u : JobThread::eFailed));
-        EXPECT_FALSE(thread.IsRunning());
     }
 }
 
@@ -132,33 +128,27 @@ TEST(ZoThreadConcurrentTest, StartWaitRestartAndAutoDelete)
     ASSERT_TRUE(thread.StartAndWait());
     EXPECT_TRUE(thread.startupDone.load());
     ASSERT_TRUE(zotest::WaitUntil([&] { return job.waiting.load(); }));
-    EXPECT_TRUE(thread.IsRunning());
-    EXPECT_EQ(exitCodeOf(thread.GetThreadHandle()), STILL_ACTIVE);
+    EXPECT_TRUE(thread.IsRunning() && exitCodeOf(thread.GetThreadHandle()) == STILL_ACTIVE);
     const HANDLE handle = thread.GetThreadHandle();
     const uint32_t id = thread.GetThreadId();
     EXPECT_FALSE(thread.Start());
-    EXPECT_EQ(thread.GetThreadHandle(), handle);
-    EXPECT_EQ(thread.GetThreadId(), id);
+    EXPECT_TRUE(thread.GetThreadHandle() == handle && thread.GetThreadId() == id);
     EXPECT_FALSE(thread.WaitUntilTerminate(0));
     // Suspended, the thread does not leave its wait when the gate opens; the OS layer's test shows
     // that a running one stands still.
     ASSERT_TRUE(thread.Suspend());
-    EXPECT_TRUE(thread.GetState() & JobThread::eSuspended);
-    EXPECT_TRUE(thread.Suspend()) << "already suspended";
+    EXPECT_TRUE(thread.Suspend() && (thread.GetState() & JobThread::eSuspended)) << "already suspended";
     job.gate.Set();
     EXPECT_FALSE(thread.WaitUntilTerminate(20));
-    ASSERT_TRUE(thread.Resume());
-    EXPECT_FALSE(thread.GetState() & JobThread::eSuspended);
+    ASSERT_TRUE(thread.Resume() && !(thread.GetState() & JobThread::eSuspended));
     ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
     ASSERT_TRUE(thread.Start());
     ASSERT_TRUE(thread.WaitUntilTerminate(sc_uiLongWaitMs));
-    EXPECT_EQ(job.runs.load(), 2);
-    EXPECT_TRUE(thread.IsSuccessful());
+    EXPECT_TRUE(job.runs.load() == 2 && thread.IsSuccessful());
     Job failing(Job::eSucceed);
     JobThread failingStart(failing, JobThread::eNormal, true);
     EXPECT_TRUE(failingStart.StartAndWait()) << "a failed start-up hook still releases the caller";
-    ASSERT_TRUE(failingStart.WaitUntilTerminate(sc_uiLongWaitMs));
-    EXPECT_FALSE(failingStart.IsSuccessful());
+    ASSERT_TRUE(failingStart.WaitUntilTerminate(sc_uiLongWaitMs) && !failingStart.IsSuccessful());
     std::atomic<bool> destroyed{false};
     auto* autoDelete = new JobThread(failing, JobThread::eNormal, false, &destroyed);
     autoDelete->AddFlags(JobThread::eAutoDelete);
@@ -176,15 +166,12 @@ TEST(ZoThreadConcurrentTest, TerminateEndsAWaitingThread)
     const HANDLE observer = ZoOS::DuplicateObjectHandle(thread.GetThreadHandle(), false);
     ASSERT_NE(observer, nullptr);
     thread.Terminate();
-    EXPECT_EQ(thread.GetThreadHandle(), nullptr);
-    EXPECT_EQ(thread.GetState(), uint32_t(JobThread::eFinished));
-    EXPECT_FALSE(thread.IsRunning());
+    EXPECT_TRUE(thread.GetThreadHandle() == nullptr && thread.GetState() == uint32_t(JobThread::eFinished) && !thread.IsRunning());
     // The thread ended in its wait: the rest of its routine never ran.
     EXPECT_EQ(ZoOS::WaitForObject(observer, sc_uiLongWaitMs), ZoOS::sc_waitObject0);
     EXPECT_EQ(exitCodeOf(observer), STILL_ACTIVE) << "the code Terminate hands to the system";
     job.gate.Set();
-    EXPECT_FALSE(job.passedGate.load());
-    EXPECT_EQ(thread.afterRunCalls.load(), 0);
+    EXPECT_TRUE(!job.passedGate.load() && thread.afterRunCalls.load() == 0);
 #if !defined(_WIN32)
     EXPECT_TRUE(job.unwound.load()) << "a cancelled POSIX thread unwinds its stack";
 #endif
@@ -201,24 +188,18 @@ TEST(ZoThreadConcurrentTest, PriorityLadder)
     EXPECT_FALSE(thread.SetPriority(JobThread::eNormal)) << "no thread yet";
     ASSERT_TRUE(thread.Start());
     EXPECT_EQ(thread.GetPriority(), JobThread::eBelowNormal) << "Start applies the requested priority";
-    // From the top down, so that a process that may only lower priorities still walks the ladder.
-    const JobThread::EThreadPriority ladder[] = {JobThread::eTimeCritical, JobThread::eHighest, JobThread::eAboveNormal, JobThread::eNormal,
-                                                 JobThread::eBelowNormal,  JobThread::eLowest,  JobThread::eIdle};
+    // From the top down, so that a process that may only lower priorities still walks the ladder;
+    // only a raise may be refused (POSIX without the privilege), and the error says why.
     bool mayRaise = true;
-    for (JobThread::EThreadPriority priority : ladder) {
-        SCOPED_TRACE(testing::Message() << "priority " << priority);
-        if (thread.SetPriority(priority)) {
-            EXPECT_EQ(thread.GetPriority(), priority) << "the value set is the value read";
-            continue;
-        }
-        // Only a raise may be refused (POSIX without the privilege).
+    for (const auto priority : {JobThread::eTimeCritical, JobThread::eHighest, JobThread::eAboveNormal, JobThread::eNormal,
+                                JobThread::eBelowNormal, JobThread::eLowest, JobThread::eIdle}) {
+        const bool set = thread.SetPriority(priority);
         const uint32_t error = ZoOS::GetLastErrorCode();
-        EXPECT_TRUE(error == EACCES || error == EPERM) << "error " << error;
-        EXPECT_GT(priority, JobThread::eBelowNormal);
-        mayRaise = false;
+        EXPECT_TRUE(set ? thread.GetPriority() == priority : priority > JobThread::eBelowNormal && (error == EACCES || error == EPERM))
+            << "priority " << priority << ", error " << error;
+        mayRaise = mayRaise && set;
     }
-    EXPECT_FALSE(thread.SlowDown()) << "the bottom of the ladder";
-    EXPECT_EQ(thread.GetPriority(), JobThread::eIdle);
+    EXPECT_TRUE(!thread.SlowDown() && thread.GetPriority() == JobThread::eIdle) << "the bottom of the ladder";
     EXPECT_EQ(thread.GetRequestedPriority(), JobThread::eBelowNormal) << "SetPriority leaves the request alone";
     if (mayRaise) {
         ASSERT_TRUE(thread.SetPriority(JobThread::eTimeCritical));
@@ -248,8 +229,7 @@ TEST(ZoThreadConcurrentTest, PolicyCreatesSuspendedOnlyWhenAskedAndAppliesThePri
         EXPECT_EQ(ZoOS::GetThreadPriorityLevel(thread), int32_t(JobThread::eBelowNormal));
         ASSERT_TRUE(zotest::WaitUntil([&] { return job.waiting.load(); }));
         job.gate.Set();
-        EXPECT_EQ(ZoOS::WaitForObject(thread, sc_uiLongWaitMs), ZoOS::sc_waitObject0);
-        EXPECT_EQ(exitCodeOf(thread), 1u);
+        EXPECT_TRUE(ZoOS::WaitForObject(thread, sc_uiLongWaitMs) == ZoOS::sc_waitObject0 && exitCodeOf(thread) == 1u);
         ZoOS::CloseObjectHandle(thread);
     }
 }
