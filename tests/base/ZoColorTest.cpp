@@ -58,7 +58,7 @@ TEST(ZoColor, PackingAndItsQuirks)
     EXPECT_FLOAT_EQ(ZoColor::GetColorDifferenceRGB(ZoColor::c_BLACK, ZoColor::c_WHITE), std::sqrt(3.0f));
     EXPECT_FLOAT_EQ(ZoColor::GetColorDifferenceSumRGB(ZoColor::c_RED, ZoColor::c_BLUE), 0.0f);
     EXPECT_FLOAT_EQ(ZoColor::GetColorDifferenceSumRGB(ZoColor::c_WHITE, ZoColor::c_BLACK), 1.0f);
-    EXPECT_EQ(ZoColor::InterpolateRGB(ZoColor::c_BLACK, ZoColor(0x00FFFFFFu), 0.5f).GetDWORD(), 0xFF7F7F7Fu);
+    EXPECT_EQ(ZoColor::InterpolateRGB(ZoColor::c_WHITE, ZoColor::c_RED, 0.25f).GetDWORD(), 0xFFFFBFBFu);
     // The random colours draw blue first and are opaque.
     std::srand(7);
     float parts[3]; // blue, green, red
@@ -106,18 +106,18 @@ TEST(ZoColor, MapsAndLookups)
     ZoColorMap ranged(values, 3);
     EXPECT_EQ(ranged.GetColorValue(-2.0f), ZoColor::c_BLUE);
     EXPECT_EQ(ranged.GetColorValue(7.5f), ZoColor::c_RED);
-    ZoColorMapLookup lookup(4, 0.0f, 1.0f);
+    ZoColorMapLookup lookup(4, 1.0f, 2.0f); // a range off zero: the step is (max - min) / entries
     lookup.SetUnderflowColor(ZoColor::c_BLACK);
     lookup.SetOverflowColor(ZoColor::c_WHITE);
-    EXPECT_EQ(lookup.GetColorValue(0.0f), ZoColor::c_BLUE.GetDWORD());
-    EXPECT_EQ(lookup.GetColorValue(0.5f), 0xFF00FF00u);
-    EXPECT_EQ(lookup.GetColorValue(-0.1f), ZoColor::c_BLUE.GetDWORD()) << "truncation keeps it in entry 0";
-    EXPECT_EQ(lookup.GetColorValue(-0.3f), ZoColor::c_BLACK.GetDWORD());
-    EXPECT_EQ(lookup.GetColorValue(1.0f), ZoColor::c_WHITE.GetDWORD());
+    EXPECT_EQ(lookup.GetColorValue(1.0f), ZoColor::c_BLUE.GetDWORD());
+    EXPECT_EQ(lookup.GetColorValue(1.5f), 0xFF00FF00u);
+    EXPECT_EQ(lookup.GetColorValue(0.9f), ZoColor::c_BLUE.GetDWORD()) << "truncation keeps it in entry 0";
+    EXPECT_EQ(lookup.GetColorValue(0.7f), ZoColor::c_BLACK.GetDWORD());
+    EXPECT_EQ(lookup.GetColorValue(2.0f), ZoColor::c_WHITE.GetDWORD());
     EXPECT_EQ(lookup.GetColorValue(std::nanf("")), ZoColor::c_BLACK.GetDWORD());
     ZoColorMapLookup copy(lookup);
     copy.SetOverflowColor(ZoColor::c_RED);
-    EXPECT_EQ(copy.GetColorValue(2.0f), ZoColor::c_WHITE.GetDWORD()) << "a copy shares the built table";
+    EXPECT_EQ(copy.GetColorValue(3.0f), ZoColor::c_WHITE.GetDWORD()) << "a copy shares the built table";
     ZoColorMapLookup empty(0, 0.0f, 1.0f);
     EXPECT_EQ(empty.GetColorValue(0.5f), ZoColor::c_RED.GetDWORD());
 }
