@@ -57,12 +57,12 @@ TEST(CStringTest, FormatWritesUnmatchedDirectivesAsTheyStand)
 
 TEST(CStringTest, Utf8RoundTripsAndRepairsBadInputAndAnsiIsWindows1252)
 {
-    const std::string text = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80z"; // a, e-acute, euro, emoji, z
+    const std::string text = "a\xC3\xA9\xE2\x82\xAC\xF4\x8F\xBF\xBFz"; // a, e-acute, euro, U+10FFFF, z
     const CString decoded(text);
-    EXPECT_EQ(decoded.GetLength(), 6); // the emoji takes two code units
+    EXPECT_EQ(decoded.GetLength(), 6); // the last code point takes two code units: DBFF DFFF
     EXPECT_EQ(decoded[1], 0xE9);
     EXPECT_EQ(decoded[2], 0x20AC);
-    EXPECT_EQ(decoded[3], 0xD83D);
+    EXPECT_EQ(decoded[4], 0xDFFF);
     EXPECT_EQ(decoded.ToUtf8(), text);
 
     // Truncated, overlong, surrogate-encoding and stray continuation bytes each become U+FFFD.
