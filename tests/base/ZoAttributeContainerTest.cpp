@@ -167,6 +167,9 @@ TEST(ZoAttributeContainerTest, MovesCarryOldAndNewBlocksAndReleasedRecordsAreReu
 {
     Recording container(2, 2);
     Definition value = Definition(new ZoAttributeDefinition(4, 1, new ZoConstructorDefault(), nullptr, 0)), other = plain(4, 2);
+    ZoAttributeDefinition assigned;
+    assigned = *plain(8, 9);
+    EXPECT_TRUE(assigned.GetElementSize() == 8u && assigned.GetUniqueID() == 9u) << "assignment copies the definition";
     container.Assert(1, 0, value);
     auto valueOf = [&](const unsigned char* at) {
         uint32_t stored = 0;
