@@ -122,15 +122,20 @@ void PrintError(const std::string& text)
     std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
-std::vector<unsigned char> ReadWholeFile(const CString& path, uint64_t maximumSize, const char* activity)
+void OpenForReading(const CString& path, CFile& file)
 {
     if (ZoClassSerialization::IsDirectory(path))
         throw UserError(path, "is a folder, not a file");
     if (!ZoClassSerialization::Exists(path))
         throw UserError(path, "no such file");
-    CFile file;
     if (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite))
         throw UserError(path, "cannot be opened for reading");
+}
+
+std::vector<unsigned char> ReadWholeFile(const CString& path, uint64_t maximumSize, const char* activity)
+{
+    CFile file;
+    OpenForReading(path, file);
     try {
         const uint64_t length = file.GetLength();
         if (length > maximumSize)

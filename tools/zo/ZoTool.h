@@ -2,6 +2,7 @@
 // whole-file input, output files that appear only when complete, and the progress bar.
 #pragma once
 
+#include "platform/CFile.h"
 #include "platform/CString.h"
 
 #include <cstdint>
@@ -55,6 +56,10 @@ uint64_t ParseCount(const std::string& command, const std::string& what, const C
 // Writes UTF-8 text to standard output / standard error.
 void Print(const std::string& text);
 void PrintError(const std::string& text);
+
+// Opens `path` for reading into `file`; a folder, a missing file or one that cannot be opened is a
+// UserError naming it.
+void OpenForReading(const CString& path, CFile& file);
 
 // The bytes of a file; UserError when it does not exist, cannot be read or has more than
 // `maximumSize` bytes. A progress bar runs for large files when standard error is a terminal.

@@ -49,13 +49,8 @@ uint32_t littleEndian32(const unsigned char* bytes)
 
 Header readHeader(const CString& path)
 {
-    if (ZoClassSerialization::IsDirectory(path))
-        throw UserError(path, "is a folder, not a file");
-    if (!ZoClassSerialization::Exists(path))
-        throw UserError(path, "no such file");
     CFile file;
-    if (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite))
-        throw UserError(path, "cannot be opened for reading");
+    OpenForReading(path, file);
     Header header;
     unsigned char bytes[sc_headerSize] = {0};
     uint32_t read = 0;
