@@ -54,10 +54,7 @@ inline bool RunningUnderWine()
 }
 
 // Null unless this process is a child started by RunChildTest.
-inline const char* ChildArgument()
-{
-    return std::getenv("ZO_TEST_CHILD");
-}
+inline const char* ChildArgument() { return std::getenv("ZO_TEST_CHILD"); }
 
 // Sets what the next children read from ChildArgument(), before any child starts.
 inline void SetChildArgument(const std::string& argument)

@@ -19,10 +19,7 @@ namespace {
 
 typedef ZoSmartPointer<ZoAttributeDefinition> Definition;
 
-Definition plain(uint32_t size, uint32_t id)
-{
-    return Definition(new ZoAttributeDefinition(size, id, nullptr, nullptr, 0));
-}
+Definition plain(uint32_t size, uint32_t id) { return Definition(new ZoAttributeDefinition(size, id, nullptr, nullptr, 0)); }
 
 // Constructors write a fresh serial, destructors must find a live one: lost or doubled calls show.
 struct Counting
@@ -269,7 +266,7 @@ TEST(ZoAttributeContainerTest, ReleaseHandsDestructorsTheRecordStartAndCopiesKee
     EXPECT_EQ(written.GetBuffer(), zotest::Bytes({0, 0, 0, 0}));
     ZoStreamReadBinaryMemory newer(zotest::Bytes({1, 0, 0, 0}));
     EXPECT_THROW(parameter.Serialize(newer), ZoExceptionWrongFileVersion);
-    ZoAttributeContainer container(1, 10);
+    ZoAttributeContainer container(2, 10);
     Definition value = plain(4, 9);
     container.Assert(0, 0, value);
     ASSERT_FALSE(container.GetAttributeParameter(*value).IsNull());
@@ -284,7 +281,7 @@ TEST(ZoAttributeContainerTest, ReleaseHandsDestructorsTheRecordStartAndCopiesKee
     EXPECT_TRUE(copy.GetCount(0) == 1u && copy.getElementSize(0) == 4u);
     ZoAttributeContainer assigned(3, 1);
     assigned = copy;
-    EXPECT_TRUE(assigned.GetContainerCount() == 1u && assigned.CreateElement(0) != nullptr && assigned.GetCount(0) == 2u);
+    EXPECT_TRUE(assigned.GetContainerCount() == 2u && assigned.CreateElement(0) != nullptr && assigned.GetCount(0) == 2u);
     unsigned char* target = container.CreateElement(0);
     container.Copy(0, record, target);
     EXPECT_EQ(std::memcmp(target, "abcd", 4), 0);

@@ -30,10 +30,7 @@ struct ScopedTimeZone
 };
 #endif
 
-std::string text(const ZoDateTime& value, ZoDateTime::EFormat format)
-{
-    return value.ToString(format).ToUtf8();
-}
+std::string text(const ZoDateTime& value, ZoDateTime::EFormat format) { return value.ToString(format).ToUtf8(); }
 
 std::string utc(const ZoDateTime& value)
 {

@@ -35,20 +35,14 @@ public:
     }
 };
 
-template <class E>
-std::string traceOf(const E& e)
-{
-    return e.GetTraceString().ToUtf8();
-}
-
 TEST(ZoExceptionTest, TracesAreFramedAndEachSubclassNamesItselfExceptTheStreamAndVersionOnes)
 {
     const ZoExceptionStream stream(u"..\\base\\ZoStreamReadBinary.cpp", u"ZoStreamReadBinary", u"readStringLength", 346);
-    EXPECT_EQ(traceOf(stream), std::string(kFrame) +
-                                   "EXCEPTION: ZoException\n\n"
-                                   "   - Throwing class:\t\tZoStreamReadBinary\n"
-                                   "   - Throwing method:\treadStringLength\n"
-                                   "   - Code line:\t\t346\n");
+    EXPECT_EQ(stream.GetTraceString().ToUtf8(), std::string(kFrame) +
+                                                    "EXCEPTION: ZoException\n\n"
+                                                    "   - Throwing class:\t\tZoStreamReadBinary\n"
+                                                    "   - Throwing method:\treadStringLength\n"
+                                                    "   - Code line:\t\t346\n");
     EXPECT_EQ(stream.Where().ToUtf8(), "..\\base\\ZoStreamReadBinary.cpp(346):");
     const CString f(u"f"), c(u"C"), m(u"m");
     const std::pair<ZoException, const char*> cases[] = {
@@ -61,7 +55,7 @@ TEST(ZoExceptionTest, TracesAreFramedAndEachSubclassNamesItselfExceptTheStreamAn
     };
     for (const auto& [exception, name] : cases) {
         EXPECT_EQ(exception.GetExceptionName().ToUtf8(), name);
-        EXPECT_EQ(traceOf(exception).substr(sizeof(kFrame) - 1, 11 + std::strlen(name) + 1),
+        EXPECT_EQ(exception.GetTraceString().ToUtf8().substr(sizeof(kFrame) - 1, 11 + std::strlen(name) + 1),
                   std::string("EXCEPTION: ") + name + "\n");
         EXPECT_EQ(exception.GetExceptionType(), 0xFFFFFFFFu);
     }

@@ -96,6 +96,9 @@ TEST(ZoGraphTest, ConnectionsStaySortedAndNodesTakeTheirConnectionsAlong)
     EXPECT_TRUE(&it.GetNext() == &copiedA && it.HasMoreElements());
     it.GetNext();
     EXPECT_FALSE(it.HasMoreElements());
+    // Emptying a node's own list takes each connection out of its target's list as well.
+    n[0]->GetOutgoingConnections().RemoveAllConnections();
+    EXPECT_TRUE(n[0]->GetOutgoingConnections().GetCount() == 0u && n[1]->GetIncomingConnections().GetCount() == 0u);
 }
 
 TEST(ZoGraphTest, PathLinksStayConsistentAndWeightsReset)

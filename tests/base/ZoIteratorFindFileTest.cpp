@@ -40,6 +40,12 @@ TEST(ZoIteratorFindFileTest, ListsTheMatchingNamesOfOneFolderOrNoneWithTheReason
     ASSERT_TRUE(it);
     EXPECT_EQ(it++, CString(u"notes.txt"));
     EXPECT_TRUE(!it);
+    ZoOS::FolderListing listing = ZoOS::OpenFolderListing(folder.CPath(), u"x.da");
+    CString name;
+    bool isFolder = true;
+    EXPECT_TRUE(ZoOS::ReadFolderListing(listing, name, isFolder) && !ZoOS::ReadFolderListing(listing, name, isFolder) &&
+                ZoOS::GetLastErrorCode() == 0u) << "the end of a listing is no failure, on either system";
+    ZoOS::CloseFolderListing(listing);
     // A folder that cannot be listed is exhausted at once, with the reason.
     ZoIteratorFindFile missing(folder.CPath("no such folder"), u"*");
     EXPECT_FALSE(missing);

@@ -158,6 +158,9 @@ TEST(ZoMpGraphToShortestPathTest, RecordingsReplayAndNeverStopTheComputation)
     // By default the harness replays the class's own recording folder.
     ZoUnitTest::Summary summary = replay.RunRecordedUnitTests();
     EXPECT_TRUE(summary.counts[ZoUnitTest::eResultSucceeded] == 1u && summary.counts[ZoUnitTest::eResultFailed] == 1u);
+    bytes[bytes.size() - 28] = 3; // the recorded end node (before the 24-byte output): one past the last
+    zotest::WriteBytes(recording, bytes);
+    EXPECT_EQ(replay.RunUnitTest(CString(recording)), ZoUnitTest::eResultError);
     // A file where the recording folder should be: nothing is recorded, the result is the same.
     zotest::TempFolder blocked;
     zotest::ScopedSystemTemporary blockedTemporary(blocked);

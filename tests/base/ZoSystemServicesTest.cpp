@@ -8,6 +8,8 @@
 #include "ZoTestChildProcess.h"
 #include "ZoTestSupport.h"
 
+#include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <regex>
 #include <set>
@@ -86,10 +88,15 @@ void expectWellFormed(const std::string& id)
 {
 #if defined(_WIN32)
     static const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}");
+    EXPECT_TRUE(std::regex_match(id, form)) << id;
 #else
     static const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-1[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
+    ASSERT_TRUE(std::regex_match(id, form)) << id;
+    // The time fields hold the present, in 100 ns steps since the Gregorian calendar began.
+    const uint64_t ticks = std::stoull(id.substr(15, 3), nullptr, 16) << 48 | std::stoull(id.substr(9, 4), nullptr, 16) << 32 |
+                           std::stoull(id.substr(0, 8), nullptr, 16);
+    EXPECT_LT(std::llabs(static_cast<long long>(ticks / 10000000) - 12219292800LL - std::time(nullptr)), 86400) << id;
 #endif
-    EXPECT_TRUE(std::regex_match(id, form)) << id;
 }
 
 std::vector<std::string> makeMany()
@@ -176,7 +183,8 @@ TEST(ZoPersistentOptionsTest, ValuesTheirBytesAndEdgeCases)
     const CString key = place.key;
     int32_t number = 77;
     CString text(u"untouched");
-    EXPECT_TRUE(Options::ReadOption(key, u"Count", number, sc_user) == 0 && number == 77) << "no store or key yet";
+    EXPECT_TRUE(Options::ReadOption(key, u"Count", number, sc_user) == 0 && number == 77 &&
+                Options::DeleteOption(key, u"Count", sc_user) == 0) << "no store or key yet";
     EXPECT_TRUE(Options::WriteOption(key, u"Count", int32_t(-2), sc_user) == 1 &&
                 Options::WriteOption(key, u"Size", uint32_t(0xFFFFFFFE), sc_user) == 1 &&
                 Options::WriteOption(key, u"On", true, sc_user) == 1 && Options::WriteOption(key, u"Two", uint32_t(2), sc_user) == 1 &&

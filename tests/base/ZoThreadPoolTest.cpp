@@ -59,15 +59,9 @@ ZoSmartPointer<ZoTask> makeTask(std::function<bool()> work)
     return ZoSmartPointer<ZoTask>(new FunctionTask(std::move(work)));
 }
 
-FunctionTask& as(const ZoSmartPointer<ZoTask>& task)
-{
-    return *static_cast<FunctionTask*>(task.Get());
-}
+FunctionTask& as(const ZoSmartPointer<ZoTask>& task) { return *static_cast<FunctionTask*>(task.Get()); }
 
-bool finished(const ZoSmartPointer<ZoTask>& task)
-{
-    return task->WaitUntilTerminate(sc_uiLongWaitMs);
-}
+bool finished(const ZoSmartPointer<ZoTask>& task) { return task->WaitUntilTerminate(sc_uiLongWaitMs); }
 
 bool allFinished(const std::vector<ZoSmartPointer<ZoTask>>& tasks)
 {

@@ -21,15 +21,9 @@ namespace {
 // Tick 0 would read as "not set" in the timer, so the clock starts later.
 std::atomic<int64_t> g_ticks{1000000};
 
-int64_t fakeTicks()
-{
-    return g_ticks.load();
-}
+int64_t fakeTicks() { return g_ticks.load(); }
 
-void advance(int64_t ticks)
-{
-    g_ticks += ticks;
-}
+void advance(int64_t ticks) { g_ticks += ticks; }
 
 // A counter over the fake clock at `frequency` ticks a second: a million for microseconds, a
 // billion for nanoseconds, a thousand like a machine without a performance counter.

@@ -64,10 +64,7 @@ Bytes MixedBytes(size_t size, uint32_t seed)
     return bytes;
 }
 
-Bytes Copy(const unsigned char* data, uint64_t size)
-{
-    return data == nullptr ? Bytes() : Bytes(data, data + size);
-}
+Bytes Copy(const unsigned char* data, uint64_t size) { return data == nullptr ? Bytes() : Bytes(data, data + size); }
 
 // Makes a fresh empty folder the current one for its lifetime (the LZMA classes load their codec
 // from the current folder).

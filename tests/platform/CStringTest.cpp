@@ -24,8 +24,8 @@ TEST(CStringTest, FormatReadsDirectivesAsTheWindowsRuntimeDoes)
          "-5000000000 1099511627776 18446744073709551615"},
         {CString::Formatted(u"%f|%lf|%.2f|%8.3f|%-8.1f|", 1.5, 2.0, 3.14159, 2.5, 1.25), "1.500000|2.000000|3.14|   2.500|1.2     |"},
         {CString::Formatted(u"%c%c", u'O', 'k'), "Ok"},
-        {CString::Formatted(u"%s|%s|%s|%5s|%-5s|%.2s", u"wide", "utf8 \xC3\xA4", std::string("std"), u"r", u"l", u"abc"),
-         "wide|utf8 \xC3\xA4|std|    r|l    |ab"},
+        {CString::Formatted(u"%s|%s|%s|%5s|%-5s|%.2s|%s|", u"wide", "utf8 \xC3\xA4", std::string("std"), u"r", u"l", u"abc", u""),
+         "wide|utf8 \xC3\xA4|std|    r|l    |ab||"},
         {CString::Formatted(u"%p", reinterpret_cast<const void*>(uintptr_t(0xABC))), "0x0000000000000ABC"},
         {CString::Formatted(u"100%% %+d % d %05d %-4d|", 5, 5, -42, 7), "100% +5  5 -0042 7   |"},
         {CString::Formatted(u"%*d|%.*f", 4, 7, 1, 2.25), "   7|2.2"},
@@ -40,7 +40,7 @@ TEST(CStringTest, FormatWritesUnmatchedDirectivesAsTheyStand)
     EXPECT_EQ(fmt(CString::Formatted(u"%d and %s", 3)), "3 and %s");
     // An argument the directive cannot print is not reinterpreted.
     EXPECT_EQ(fmt(CString::Formatted(u"%s %f", 3)), "%s %f");
-    for (const char16_t* format : {u"%d", u"%x", u"%c", u"%p"})
+    for (const char16_t* format : {u"%d", u"%x", u"%c", u"%p", u"%*f", u"%.*f"}) // a star takes only a signed number
         EXPECT_EQ(CString::Formatted(format, 2.5), CString(format));
     EXPECT_EQ(fmt(CString::Formatted(u"%q %", 1)), "%q %");
     // Widths and precisions past the largest field are refused, however many digits they have
@@ -88,7 +88,7 @@ TEST(CStringTest, SlicingSearchAndCaseClampTheirArguments)
 {
     const CString s(u"Hello, World");
     const std::pair<CString, const char16_t*> slices[] = {
-        {s.Mid(7), u"World"}, {s.Mid(7, 100), u"World"}, {s.Mid(100), u""}, {s.Mid(-3, 2), u"He"},
+        {s.Mid(7), u"World"}, {s.Mid(7, 100), u"World"}, {s.Mid(100), u""}, {s.Mid(-3, 2), u"He"}, {s.Mid(4, 1), u"o"},
         {s.Left(5), u"Hello"}, {s.Right(5), u"World"}, {s.Right(50), u"Hello, World"}, {s.Left(-1), u""}};
     for (const auto& [actual, expected] : slices)
         EXPECT_EQ(actual, CString(expected));

@@ -7,10 +7,7 @@
 
 namespace {
 
-std::vector<ZoEdge> parse(const std::string& text)
-{
-    return ParseEdgeFile(text.data(), text.size());
-}
+std::vector<ZoEdge> parse(const std::string& text) { return ParseEdgeFile(text.data(), text.size()); }
 
 } // namespace
 
