@@ -122,7 +122,8 @@ TEST(ZoCompressZIPTest, OutputFitsTheCapacityRoundTripsAndCopiesShareIt)
 }
 
 // A zero size keeps the earlier output; too small a size, every truncation, single-bit damage and
-// plain noise fail with 0 and an empty object, never a crash or a read beyond the input.
+// plain noise fail with 0 and an empty object (or, for damage that changes nothing, give the data
+// itself), never a crash or a read beyond the input.
 TEST(ZoDecompressZIPTest, ZeroSizeKeepsTheOutputAndFailuresEmptyTheObject)
 {
     const Bytes data = MixedBytes(200000, 3);
@@ -153,7 +154,12 @@ TEST(ZoDecompressZIPTest, ZeroSizeKeepsTheOutputAndFailuresEmptyTheObject)
         Bytes damaged = packed;
         damaged[generator() % damaged.size()] ^= static_cast<unsigned char>(1u << (generator() % 8));
         SCOPED_TRACE(trial);
-        expectFailure(damaged, size);
+        // A flip in bits the format ignores (the padding of the last byte) decodes to the data itself.
+        const Bytes exact(damaged);
+        if (decompressor.Decompress(exact.data(), static_cast<uint32_t>(exact.size()), size) == 1)
+            EXPECT_TRUE(Output(decompressor) == data);
+        else
+            EXPECT_TRUE(decompressor.GetOutputBuffer() == nullptr && decompressor.GetOutputSize() == 0u);
         expectFailure(RandomBytes(generator() % 5000, generator()), size);
     }
 }
