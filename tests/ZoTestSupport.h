@@ -188,4 +188,14 @@ inline std::vector<unsigned char> Bytes(std::initializer_list<int> values)
     return bytes;
 }
 
+// Makes a fresh empty folder the current one for its lifetime: for what is found or made relative
+// to the current folder (codecs loaded from it, relative paths).
+struct ScopedCurrentFolder
+{
+    ScopedCurrentFolder() { std::filesystem::current_path(folder.Path()); }
+    ~ScopedCurrentFolder() { std::error_code ignored; std::filesystem::current_path(previous, ignored); }
+    const std::filesystem::path previous = std::filesystem::current_path();
+    TempFolder folder;
+};
+
 } // namespace zotest

@@ -217,10 +217,10 @@ TEST(ZoClassSerializationTest, FileChoresAndArchivesThatCannotOpen)
     EXPECT_EQ(ZCS::CreateArchive(folder.CPath("x"), static_cast<ZCS::ESerializationMode>(3)), nullptr);
     EXPECT_EQ(ZCS::CreateArchive(folder.CPath(), ZCS::eRead), nullptr); // a folder
     // A relative path gets its folder made too, however short the folder's name.
-    const std::filesystem::path working = std::filesystem::current_path();
-    std::filesystem::current_path(folder.Path());
-    EXPECT_EQ(ZCS::ReleaseArchive(ZCS::CreateArchive(CString(std::u16string{u'd', ZoOS::GetPathSeparator(), u'f'}), ZCS::eWrite)), 1);
-    std::filesystem::current_path(working);
+    {
+        zotest::ScopedCurrentFolder scratch;
+        EXPECT_EQ(ZCS::ReleaseArchive(ZCS::CreateArchive(CString(std::u16string{u'd', ZoOS::GetPathSeparator(), u'f'}), ZCS::eWrite)), 1);
+    }
     EXPECT_EQ(ZCS::ReleaseArchive(nullptr), 0);
 }
 

@@ -66,16 +66,6 @@ Bytes MixedBytes(size_t size, uint32_t seed)
 
 Bytes Copy(const unsigned char* data, uint64_t size) { return data == nullptr ? Bytes() : Bytes(data, data + size); }
 
-// Makes a fresh empty folder the current one for its lifetime (the LZMA classes load their codec
-// from the current folder).
-struct ScopedCurrentFolder
-{
-    ScopedCurrentFolder() { std::filesystem::current_path(folder.Path()); }
-    ~ScopedCurrentFolder() { std::error_code ignored; std::filesystem::current_path(previous, ignored); }
-    const std::filesystem::path previous = std::filesystem::current_path();
-    zotest::TempFolder folder;
-};
-
 Bytes CompressZIP(const Bytes& data)
 {
     ZoCompressZIP compressor;
@@ -259,7 +249,7 @@ TEST(ZoCompressLZMATest, MissingLibraryOrEntries)
     // library of that name that is already loaded: a missing one cannot be staged.
     GTEST_SKIP() << "Windows also searches the program's folder, which holds the codec library";
 #endif
-    ScopedCurrentFolder emptyFolder;
+    zotest::ScopedCurrentFolder emptyFolder;
     EXPECT_EQ(ZoOS::LoadDynamicLibrary(sc_libraryPath), nullptr);
     EXPECT_EQ(ZoOS::GetLastErrorCode(), static_cast<uint32_t>(ENOENT));
     ExpectConstructionThrows<ZoCompressLZMA>("..\\compression\\ZoCompressLZMA.cpp", 49);
